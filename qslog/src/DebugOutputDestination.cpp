@@ -1,0 +1,19 @@
+#include "DebugOutputDestination.h"
+
+#include "AnsiColours.h"
+#include "DebugOutput.h"
+
+namespace QsLogging {
+
+void DebugOutputDestination::write(const QString& message, Level)
+{
+    sendToDebugOutput(colours() ? message : withoutColours(message));
+    sendToDebugOutput(QStringLiteral("\n"));
+}
+
+std::shared_ptr<DebugOutputDestination> debugOutputDestination()
+{
+    return std::make_shared<DebugOutputDestination>();
+}
+
+} // namespace QsLogging

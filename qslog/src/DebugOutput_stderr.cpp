@@ -1,0 +1,13 @@
+#include "DebugOutput.h"
+
+#include <cstdio>
+
+namespace QsLogging {
+
+void sendToDebugOutput(const QString& text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
+}
+
+} // namespace QsLogging

@@ -1,0 +1,12 @@
+#include "DebugOutput.h"
+
+#include <windows.h>
+
+namespace QsLogging {
+
+void sendToDebugOutput(const QString& text)
+{
+    OutputDebugStringW(reinterpret_cast<const wchar_t*>(text.utf16()));
+}
+
+} // namespace QsLogging

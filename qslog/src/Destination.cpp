@@ -1,0 +1,12 @@
+#include "Destination.h"
+
+namespace QsLogging {
+
+Destination::~Destination() = default;
+
+bool Destination::rotate()
+{
+    return true;
+}
+
+} // namespace QsLogging

@@ -1,0 +1,12 @@
+#include "Log.h"
+
+#include "LoggerRegistry.h"
+
+namespace QsLogging {
+
+Logger* callSiteLogger(const char* file)
+{
+    return getLogger(loggerNameOf(file)).get();
+}
+
+} // namespace QsLogging

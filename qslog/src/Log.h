@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Logger.h"
+#include "MessageBuilder.h"
+
+/// The logging call: `QLOG_INFO() << "Schema Version:" << version;` writes one line through the
+/// logger named after the source file. A suppressed call builds nothing and does not evaluate its
+/// items. The logger is looked up once per call site; loggers are never destroyed.
+#define QLOG_AT(level)                                                                             \
+    for (QsLogging::Logger* qslogLogger =                                                          \
+             [] {                                                                                  \
+                 static QsLogging::Logger* const logger = QsLogging::callSiteLogger(__FILE__);     \
+                 return logger;                                                                    \
+             }();                                                                                  \
+         qslogLogger != nullptr && qslogLogger->admits(level); qslogLogger = nullptr)              \
+    QsLogging::MessageBuilder(level, __FILE__, __LINE__, __func__).stream()
+
+#define QLOG_TRACE() QLOG_AT(QsLogging::Level::Trace)
+#define QLOG_DEBUG() QLOG_AT(QsLogging::Level::Debug)
+#define QLOG_INFO() QLOG_AT(QsLogging::Level::Info)
+#define QLOG_WARN() QLOG_AT(QsLogging::Level::Warn)
+#define QLOG_ERROR() QLOG_AT(QsLogging::Level::Error)
+#define QLOG_FATAL() QLOG_AT(QsLogging::Level::Fatal)
+
+namespace QsLogging {
+
+/// The logger of a source file, for the logging call. Owned by the registry for the life of the
+/// process. Any thread.
+Logger* callSiteLogger(const char* file);
+
+} // namespace QsLogging

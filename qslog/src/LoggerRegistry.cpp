@@ -1,0 +1,54 @@
+#include "LoggerRegistry.h"
+
+#include <QMutexLocker>
+
+#include <map>
+
+namespace QsLogging {
+
+namespace {
+
+struct Registry
+{
+    QMutex mutex;
+    std::map<QString, P_Logger> loggers;
+    Level defaultLevel = Level::Off;
+    std::vector<P_Destination> defaultDestinations;
+};
+
+// Never destroyed: static objects log from their destructors.
+Registry& registry()
+{
+    static Registry& instance = *new Registry;
+    return instance;
+}
+
+} // namespace
+
+P_Logger getLogger(const QString& name)
+{
+    Registry& all = registry();
+    const QMutexLocker lock(&all.mutex);
+    P_Logger& logger = all.loggers[name];
+    if (!logger) {
+        logger = std::make_shared<Logger>();
+        logger->setLoggingLevel(all.defaultLevel);
+        for (const P_Destination& destination : all.defaultDestinations)
+            logger->addDestination(destination);
+    }
+    return logger;
+}
+
+void setDefaultLevel(Level level)
+{
+    const QMutexLocker lock(&registry().mutex);
+    registry().defaultLevel = level;
+}
+
+void addDefaultDestination(const P_Destination& destination)
+{
+    const QMutexLocker lock(&registry().mutex);
+    registry().defaultDestinations.push_back(destination);
+}
+
+} // namespace QsLogging

@@ -1,0 +1,47 @@
+#include "MessageBuilder.h"
+
+#include "LoggerRegistry.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace QsLogging {
+
+MessageBuilder::MessageBuilder(Level level, const QString& loggerName)
+    : m_level(level)
+    , m_loggerName(loggerName)
+    , m_stream(&m_buffer)
+{
+}
+
+MessageBuilder::MessageBuilder(Level level, const char* file, int line, const char* function)
+    : MessageBuilder(level, loggerNameOf(file))
+{
+    const QString fileName = QFileInfo(QString::fromLocal8Bit(file)).fileName();
+    const QString origin =
+        originText(fileName, QString::number(line), QString::fromLatin1(function));
+    m_stream << origin.toLocal8Bit().constData();
+}
+
+MessageBuilder::~MessageBuilder()
+{
+    const QString timestamp =
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
+    const QString line = QStringLiteral("%1 \x1b[0;37m%2\x1b[0m %3")
+                             .arg(levelText(m_level), 5)
+                             .arg(timestamp)
+                             .arg(m_buffer);
+    getLogger(m_loggerName)->dispatch(line, m_level);
+}
+
+QString originText(const QString& fileName, const QString& line, const QString& function)
+{
+    return QStringLiteral("\x1b[1;34m%1:%2\x1b[0m [%3]").arg(fileName, line, function);
+}
+
+QString loggerNameOf(const char* file)
+{
+    return QFileInfo(QString::fromLocal8Bit(file)).baseName();
+}
+
+} // namespace QsLogging
