@@ -55,6 +55,9 @@ bool FileDestination::rotate()
 bool FileDestination::rotateLocked()
 {
     const QString path = m_file->fileName();
+    // A directory under this name was never ours; moving it away would take all its files along.
+    if (QFileInfo(path).isDir())
+        return false;
     const QString oldPath = path + QStringLiteral(".old");
     if (QFile::exists(oldPath))
         QFile::remove(oldPath);
