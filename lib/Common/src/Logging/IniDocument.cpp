@@ -1,5 +1,7 @@
 #include "IniDocument.h"
 
+#include <QStringList>
+
 namespace Common {
 
 std::optional<QString> IniSection::value(const QString& key) const
@@ -17,10 +19,11 @@ std::optional<IniDocument> IniDocument::parse(const QByteArray& text)
 {
     if (text.size() > maximumSize)
         return std::nullopt;
-    const int start = text.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     IniDocument document;
-    for (const QByteArray& line : text.mid(start).split('\n')) {
-        if (!document.parseLine(QString::fromUtf8(line).trimmed()))
+    // Decoded in one piece: each decoding skips a byte order mark, and only the first may go.
+    const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        if (!document.parseLine(line.trimmed()))
             return std::nullopt;
     }
     return document;
