@@ -13,8 +13,8 @@ namespace {
 Device::P_I_Device makeDevice(const Device::UnitKind& kind, const USB::P_LibUsbDevice& record)
 {
     if (kind.dfu)
-        return Device::P_I_Device(new Device::AquenSolvarDfuDevice(record));
-    return Device::P_I_Device(new Device::AquenSolvarDevice(record));
+        return QSharedPointer<Device::AquenSolvarDfuDevice>::create(record);
+    return QSharedPointer<Device::AquenSolvarDevice>::create(record);
 }
 
 } // namespace
