@@ -13,6 +13,7 @@ add_library(AquenSolvarApp STATIC
     src/DfuDevice.cpp src/DfuDevice.h
     src/DfuProtocol.cpp src/DfuProtocol.h
     src/I_Device.cpp src/I_Device.h
+    src/InstanceGuard.cpp src/InstanceGuard.h
     src/MemoryLayout.cpp src/MemoryLayout.h
     src/UnitKind.cpp src/UnitKind.h)
 target_include_directories(AquenSolvarApp PUBLIC src)
