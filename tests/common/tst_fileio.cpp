@@ -1,4 +1,5 @@
 #include "FileIO.h"
+#include "TempFiles.h"
 
 #include <QtTest>
 
@@ -12,15 +13,15 @@ class FileIOTest : public QObject
 private slots:
     void writesAndReadsText()
     {
-        const QString path = m_dir.filePath("notes.txt");
+        const QString path = m_files.path("notes.txt");
         const QString text = QStringLiteral("Gr\u00FC\u00DFe\nsecond \u6D17\n");
         QVERIFY(FileIO::writeFile(path, text));
         QCOMPARE(FileIO::readFile(path), text);
         QVERIFY(FileIO::writeFile(path, "short"));
         QCOMPARE(FileIO::readFile(path), QStringLiteral("short"));
-        QVERIFY(!FileIO::writeFile(m_dir.filePath("missing/notes.txt"), text));
-        QCOMPARE(FileIO::readFile(m_dir.filePath("missing.txt")), QString());
-        QCOMPARE(FileIO::readFile(m_dir.path()), QString());
+        QVERIFY(!FileIO::writeFile(m_files.path("missing/notes.txt"), text));
+        QCOMPARE(FileIO::readFile(m_files.path("missing.txt")), QString());
+        QCOMPARE(FileIO::readFile(m_files.root()), QString());
     }
 
     void aPathThatEndsWithCIsDeciphered_data()
@@ -38,8 +39,8 @@ private slots:
         QFETCH(bool, deciphered);
         const QByteArray sealed = SimpleCipher(77).encryptToByteArray("Gr\xC3\xBC\xC3\x9F"
                                                                       "e");
-        put(name, sealed);
-        const QString path = m_dir.filePath(name);
+        m_files.put(name, sealed);
+        const QString path = m_files.path(name);
         QCOMPARE(FileIO::readFile(path, 77),
                  deciphered ? QStringLiteral("Gr\u00FC\u00DFe") : QString::fromUtf8(sealed));
         if (deciphered)
@@ -48,9 +49,9 @@ private slots:
 
     void plainTextUnderACipherNameReadsAsNothing()
     {
-        put("plain.txc", "just text");
+        m_files.put("plain.txc", "just text");
         QTest::ignoreMessage(QtWarningMsg, "Invalid version or not a cyphertext.");
-        QCOMPARE(FileIO::readFile(m_dir.filePath("plain.txc")), QString());
+        QCOMPARE(FileIO::readFile(m_files.path("plain.txc")), QString());
     }
 
     // One way takes Latin-1 and gives Base64, the other takes the raw envelope and gives UTF-8.
@@ -70,24 +71,17 @@ private slots:
 
     void makesDirectories()
     {
-        const QString path = m_dir.filePath("a/b/c");
+        const QString path = m_files.path("a/b/c");
         QVERIFY(FileIO::makeDirectory(path));
         QVERIFY(QFileInfo(path).isDir());
         QVERIFY(FileIO::makeDirectory(path));
-        put("file", "x");
-        QVERIFY(!FileIO::makeDirectory(m_dir.filePath("file/below")));
-        QVERIFY(!FileIO::makeDirectory(m_dir.filePath("file")));
+        m_files.put("file", "x");
+        QVERIFY(!FileIO::makeDirectory(m_files.path("file/below")));
+        QVERIFY(!FileIO::makeDirectory(m_files.path("file")));
     }
 
 private:
-    void put(const QString& name, const QByteArray& contents)
-    {
-        QFile file(m_dir.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(contents), qint64(contents.size()));
-    }
-
-    QTemporaryDir m_dir;
+    const TempFiles m_files;
 };
 
 QTEST_GUILESS_MAIN(FileIOTest)

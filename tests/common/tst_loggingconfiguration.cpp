@@ -2,6 +2,7 @@
 #include "LoggerRegistry.h"
 #include "LoggingConfiguration.h"
 #include "MessageBuilder.h"
+#include "TempFiles.h"
 
 #include <QtTest>
 
@@ -17,15 +18,16 @@ class LoggingConfigurationTest : public QObject
 private slots:
     void init()
     {
-        m_dir = std::make_unique<QTemporaryDir>();
+        m_files = std::make_unique<TempFiles>();
         QsLogging::setDefaultLevel(Level::Off);
     }
 
     void whatCannotBeReadChangesNothing()
     {
         QsLogging::setDefaultLevel(Level::Warn);
-        QVERIFY(!Common::loadLoggingConfiguration(path("missing.ini"), m_dir->path(), true));
-        QVERIFY(!Common::loadLoggingConfiguration(m_dir->path(), m_dir->path(), true));
+        QVERIFY(
+            !Common::loadLoggingConfiguration(m_files->path("missing.ini"), m_files->root(), true));
+        QVERIFY(!Common::loadLoggingConfiguration(m_files->root(), m_files->root(), true));
         QVERIFY(!load("[default]\nlevel=TRACE\n[Unread]\nlevel=TRACE\nnonsense\n"));
         QCOMPARE(getLogger("Unread")->loggingLevel(), Level::Warn);
     }
@@ -91,8 +93,8 @@ private slots:
 
     void filesJoinTheDefaultsAndNotTheirOwnSection()
     {
-        const QString elsewhere = path("sub/absolute.log");
-        QVERIFY(QDir().mkpath(path("sub")));
+        const QString elsewhere = m_files->path("sub/absolute.log");
+        QVERIFY(QDir().mkpath(m_files->path("sub")));
         QVERIFY(load("[default]\nlevel=INFO\nfile=all.log\n"
                      "[FileOwner]\nfile=" +
                      elsewhere +
@@ -142,11 +144,11 @@ private slots:
         QFETCH(QString, size);
         QFETCH(QString, message);
         QFETCH(bool, rotated);
-        put("sized.log", QByteArray(1000, 'x'));
+        m_files->put("sized.log", QByteArray(1000, 'x'));
         QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
         QVERIFY(load("[default]\nfile=sized.log\ntruncate=" + size));
-        QCOMPARE(QFileInfo(path("sized.log.old")).size(), qint64(rotated ? 1000 : 0));
-        QCOMPARE(QFileInfo(path("sized.log")).size(), qint64(rotated ? 0 : 1000));
+        QCOMPARE(QFileInfo(m_files->path("sized.log.old")).size(), qint64(rotated ? 1000 : 0));
+        QCOMPARE(QFileInfo(m_files->path("sized.log")).size(), qint64(rotated ? 0 : 1000));
     }
 
     void zeroLiftsALimitAndNonsenseLeavesIt()
@@ -157,38 +159,29 @@ private slots:
         QVERIFY(load("[default]\nlevel=INFO\nfile=limit.log\ntruncate=ten\n"));
         say("LimitKept");
         say("LimitKept");
-        QVERIFY(QFile::remove(path("limit.log.old")));
+        QVERIFY(QFile::remove(m_files->path("limit.log.old")));
         QTest::ignoreMessage(QtDebugMsg, "Truncated log file to 0");
         QVERIFY(load("[default]\nfile=limit.log\ntruncate=0\n"));
         say("LimitKept");
-        QVERIFY(!QFile::exists(path("limit.log.old")));
+        QVERIFY(!QFile::exists(m_files->path("limit.log.old")));
     }
 
     // An empty name is the log directory itself: nothing may be written, moved or lost.
     void aDirectoryIsNoLogFile()
     {
-        put("keep.log", "kept");
+        m_files->put("keep.log", "kept");
         QTest::ignoreMessage(QtDebugMsg, "Truncated log file to 1");
         QVERIFY(load("[default]\nlevel=INFO\nfile=\ntruncate=1\n"));
         say("IntoADirectory");
-        QVERIFY(QFile::exists(path("keep.log")));
-        QVERIFY(!QFile::exists(m_dir->path() + ".old"));
+        QVERIFY(QFile::exists(m_files->path("keep.log")));
+        QVERIFY(!QFile::exists(m_files->root() + ".old"));
     }
 
 private:
-    QString path(const QString& name) const { return m_dir->filePath(name); }
-
-    void put(const QString& name, const QByteArray& contents)
-    {
-        QFile file(path(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(contents), qint64(contents.size()));
-    }
-
     bool load(const QString& text, bool allowDebugLevels = true)
     {
-        put("Logging.ini", text.toUtf8());
-        return Common::loadLoggingConfiguration(path("Logging.ini"), m_dir->path(),
+        m_files->put("Logging.ini", text.toUtf8());
+        return Common::loadLoggingConfiguration(m_files->path("Logging.ini"), m_files->root(),
                                                 allowDebugLevels);
     }
 
@@ -201,17 +194,14 @@ private:
     // The last word of each line.
     QStringList speakers(const QString& name) const
     {
-        QFile file(path(name));
         QStringList words;
-        if (file.open(QIODevice::ReadOnly)) {
-            for (const QString& line : QString::fromUtf8(file.readAll()).split('\n'))
-                words.append(line.trimmed().section(' ', -1));
-        }
+        for (const QString& line : QString::fromUtf8(m_files->get(name)).split('\n'))
+            words.append(line.trimmed().section(' ', -1));
         words.removeAll(QString());
         return words;
     }
 
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<TempFiles> m_files;
 };
 
 QTEST_GUILESS_MAIN(LoggingConfigurationTest)

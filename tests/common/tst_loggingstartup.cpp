@@ -1,6 +1,7 @@
 #include "LoggerRegistry.h"
 #include "LoggingStartup.h"
 #include "MessageBuilder.h"
+#include "TempFiles.h"
 
 #include <QtTest>
 
@@ -30,7 +31,7 @@ class LoggingStartupTest : public QObject
 private slots:
     void init()
     {
-        m_dir = std::make_unique<QTemporaryDir>();
+        m_temp = std::make_unique<TempFiles>();
         m_files = {path("data/Logs"), path("shipped/Logging.ini"), path("data/user/Logging.ini")};
         debugMessages.clear();
         m_previous = qInstallMessageHandler(collectMessage);
@@ -140,7 +141,7 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return m_dir->filePath(name); }
+    QString path(const QString& name) const { return m_temp->path(name); }
 
     static QString level(const QString& name) { return "[Watched]\nlevel=" + name + "\n"; }
 
@@ -155,13 +156,7 @@ private:
         return "Reload logging configuration from \"" + m_files.userIniPath + "\"";
     }
 
-    static void write(const QString& path, const QString& text)
-    {
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(text.toUtf8()), qint64(text.size()));
-    }
+    void write(const QString& path, const QString& text) { m_temp->put(path, text.toUtf8()); }
 
     // Lets pending notifications arrive.
     static void settle()
@@ -190,7 +185,7 @@ private:
         return result.open(QIODevice::ReadOnly) ? result.readAll() : QByteArray("cannot read");
     }
 
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<TempFiles> m_temp;
     Common::LoggingFiles m_files;
     QtMessageHandler m_previous = nullptr;
 };

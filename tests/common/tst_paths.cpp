@@ -1,4 +1,5 @@
 #include "Paths.h"
+#include "TempFiles.h"
 
 #include <QtTest>
 
@@ -13,7 +14,6 @@ private slots:
     {
         QCoreApplication::setOrganizationName(QStringLiteral("Org"));
         QCoreApplication::setApplicationName(QStringLiteral("App"));
-        QVERIFY(m_dir.isValid());
     }
 
     void directoriesAreWhereTheyShouldBe()
@@ -65,12 +65,12 @@ private slots:
     void findsEveryFileInATree()
     {
         for (const char* name : {"one.txt", "sub/two.txt", "sub/deeper/.hidden", ".dot/three"})
-            makeFile(name);
-        QVERIFY(QDir(m_dir.path()).mkpath("empty"));
-        QVERIFY(QFile::link(m_dir.filePath("sub"), m_dir.filePath("loop")));
-        QStringList found = Paths::filesInDirectoryTree(m_dir.path());
+            m_files.put(name);
+        QVERIFY(QDir(m_files.root()).mkpath("empty"));
+        QVERIFY(QFile::link(m_files.path("sub"), m_files.path("loop")));
+        QStringList found = Paths::filesInDirectoryTree(m_files.root());
         found.sort();
-        const QString root = m_dir.path();
+        const QString root = m_files.root();
         QCOMPARE(found, QStringList({root + "/.dot/three", root + "/one.txt",
                                      root + "/sub/deeper/.hidden", root + "/sub/two.txt"}));
         QCOMPARE(Paths::filesInDirectoryTree(root + "/empty"), QStringList());
@@ -80,13 +80,13 @@ private slots:
 
     void tellsLocalFilesFromOtherUrls()
     {
-        makeFile("file.txt");
-        const QUrl file = QUrl::fromLocalFile(m_dir.filePath("file.txt"));
+        m_files.put("file.txt");
+        const QUrl file = QUrl::fromLocalFile(m_files.path("file.txt"));
         QVERIFY(Paths::allURLsPointToLocalFiles({}));
         QVERIFY(Paths::allURLsPointToLocalFiles({file, file}));
-        QVERIFY(!Paths::allURLsPointToLocalFiles({file, QUrl::fromLocalFile(m_dir.path())}));
+        QVERIFY(!Paths::allURLsPointToLocalFiles({file, QUrl::fromLocalFile(m_files.root())}));
         QVERIFY(!Paths::allURLsPointToLocalFiles({file, QUrl("http://localhost/file.txt")}));
-        QVERIFY(!Paths::allURLsPointToLocalFiles({QUrl::fromLocalFile(m_dir.filePath("no"))}));
+        QVERIFY(!Paths::allURLsPointToLocalFiles({QUrl::fromLocalFile(m_files.path("no"))}));
         QVERIFY(Paths::absoluteFilePathFromURL(QUrl("http://localhost/file.txt")).isEmpty());
     }
 
@@ -101,15 +101,7 @@ private slots:
     }
 
 private:
-    void makeFile(const QString& name)
-    {
-        const QString path = m_dir.filePath(name);
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-
-    QTemporaryDir m_dir;
+    const TempFiles m_files;
 };
 
 QTEST_GUILESS_MAIN(PathsTest)

@@ -225,10 +225,12 @@ private slots:
         QTest::addColumn<bool>("accepted");
         const QByteArray atLimit = qCompress(QByteArray(1000, 'a'));
         const QByteArray above = qCompress(QByteArray(1001, 'a'));
-        const QByteArray liar =
-            QByteArray("\0\0\0\1", 4) + qCompress(QByteArray(9999999, 'a')).mid(4);
+        const QByteArray one("\0\0\0\1", 4);
+        const QByteArray smallLiar = one + above.mid(4);
+        const QByteArray liar = one + qCompress(QByteArray(9999999, 'a')).mid(4);
         QTest::newRow("exactly the limit") << atLimit << true;
         QTest::newRow("one more") << above << false;
+        QTest::newRow("states one byte, holds one too many") << smallLiar << false;
         QTest::newRow("states one byte, holds ten million") << liar << false;
         QTest::newRow("states four thousand million")
             << QByteArray("\xFF\xFF\xFF\xFF" + atLimit.mid(4)) << false;

@@ -1,5 +1,6 @@
 #include "FirmwareBundle.h"
 #include "LogCapture.h"
+#include "TempFiles.h"
 
 #include <QDataStream>
 #include <QtTest>
@@ -89,7 +90,7 @@ class FirmwareBundleTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
+    void init() { m_files = std::make_unique<TempFiles>(); }
 
     // The layout written out byte by byte: no stream class takes part.
     void readsABundleMadeByHand()
@@ -157,7 +158,7 @@ private slots:
             QCOMPARE(out.version, 99);
             QCOMPARE(out.data, QByteArray("untouched"));
         }
-        const QString path = put("one.tarnware", bytes);
+        const QString path = m_files->put("one.tarnware", bytes);
         FirmwareBundle fromFile;
         QCOMPARE(readFirmwareBundle(path, fromFile), code);
     }
@@ -202,17 +203,17 @@ private slots:
     void filesThatAreNoBundleFilesAreUnreadable()
     {
         FirmwareBundle out;
-        QCOMPARE(readFirmwareBundle(path("missing"), out), 2);
-        QCOMPARE(readFirmwareBundle(m_dir->path(), out), 2);
+        QCOMPARE(readFirmwareBundle(m_files->path("missing"), out), 2);
+        QCOMPARE(readFirmwareBundle(m_files->root(), out), 2);
         QCOMPARE(readFirmwareBundle(QString(), out), 2);
-        QCOMPARE(mkfifo(qPrintable(path("pipe")), 0600), 0);
-        QCOMPARE(readFirmwareBundle(path("pipe"), out), 2);
+        QCOMPARE(mkfifo(qPrintable(m_files->path("pipe")), 0600), 0);
+        QCOMPARE(readFirmwareBundle(m_files->path("pipe"), out), 2);
 
         const QByteArray valid = HandMade().bytes();
-        put("largest", valid + QByteArray(largestFirmwareBundle - valid.size(), '\0'));
-        put("larger", valid + QByteArray(largestFirmwareBundle - valid.size() + 1, '\0'));
-        QCOMPARE(readFirmwareBundle(path("largest"), out), 0);
-        QCOMPARE(readFirmwareBundle(path("larger"), out), 2);
+        m_files->put("largest", valid + QByteArray(largestFirmwareBundle - valid.size(), '\0'));
+        m_files->put("larger", valid + QByteArray(largestFirmwareBundle - valid.size() + 1, '\0'));
+        QCOMPARE(readFirmwareBundle(m_files->path("largest"), out), 0);
+        QCOMPARE(readFirmwareBundle(m_files->path("larger"), out), 2);
     }
 
     void packsWhatItReads_data()
@@ -247,25 +248,26 @@ private slots:
     {
         QFETCH(QString, first);
         QFETCH(QString, second);
-        put(first, HandMade(7, "seven").bytes());
-        put(second, HandMade(12, "twelve").bytes());
-        put("solvar-v99.tarnware", HandMade(99, "other unit").bytes());
-        put("aquen-v98.tarnware.bak", HandMade(98, "other name").bytes());
-        const FirmwareBundle newest = newestFirmwareBundle(m_dir->path(), aquenPattern);
+        m_files->put(first, HandMade(7, "seven").bytes());
+        m_files->put(second, HandMade(12, "twelve").bytes());
+        m_files->put("solvar-v99.tarnware", HandMade(99, "other unit").bytes());
+        m_files->put("aquen-v98.tarnware.bak", HandMade(98, "other name").bytes());
+        const FirmwareBundle newest = newestFirmwareBundle(m_files->root(), aquenPattern);
         QCOMPARE(newest.version, 12);
         QCOMPARE(newest.data, QByteArray("twelve"));
-        QCOMPARE(newestFirmwareBundle(m_dir->path(), solvarPattern).data, QByteArray("other unit"));
+        QCOMPARE(newestFirmwareBundle(m_files->root(), solvarPattern).data,
+                 QByteArray("other unit"));
     }
 
     void logsEachFileAndPassesOverBadOnes()
     {
-        put("aquen-v1.tarnware", changed([](HandMade& b) { b.format = 2; }));
-        put("AQUEN-V2.tarnware", HandMade(5, "five").bytes());
-        put("aquen-v3.tarnware", HandMade(5, "five again").bytes());
-        put("aquen-v4.tarnware", HandMade(0, "zero").bytes());
-        QVERIFY(QDir(m_dir->path()).mkdir("aquen-v5.tarnware"));
+        m_files->put("aquen-v1.tarnware", changed([](HandMade& b) { b.format = 2; }));
+        m_files->put("AQUEN-V2.tarnware", HandMade(5, "five").bytes());
+        m_files->put("aquen-v3.tarnware", HandMade(5, "five again").bytes());
+        m_files->put("aquen-v4.tarnware", HandMade(0, "zero").bytes());
+        QVERIFY(QDir(m_files->root()).mkdir("aquen-v5.tarnware"));
         LogCapture log({"FirmwareBundle"});
-        const FirmwareBundle newest = newestFirmwareBundle(m_dir->path(), aquenPattern);
+        const FirmwareBundle newest = newestFirmwareBundle(m_files->root(), aquenPattern);
         QCOMPARE(newest.data, QByteArray("five"));
         QCOMPARE(log.messages(),
                  QStringList({"INFO Found file: \"aquen-v1.tarnware\"",
@@ -280,9 +282,9 @@ private slots:
 
     void aVersionBelowOneIsNeverChosen()
     {
-        put("aquen-v0.tarnware", HandMade(0).bytes());
-        put("aquen-v1.tarnware", HandMade(-1).bytes());
-        const FirmwareBundle none = newestFirmwareBundle(m_dir->path(), aquenPattern);
+        m_files->put("aquen-v0.tarnware", HandMade(0).bytes());
+        m_files->put("aquen-v1.tarnware", HandMade(-1).bytes());
+        const FirmwareBundle none = newestFirmwareBundle(m_files->root(), aquenPattern);
         QCOMPARE(none.version, 0);
         QVERIFY(none.data.isEmpty());
     }
@@ -290,22 +292,12 @@ private slots:
     void aMissingDirectoryHasNoBundles()
     {
         LogCapture log({"FirmwareBundle"});
-        QVERIFY(newestFirmwareBundle(path("missing"), aquenPattern).data.isEmpty());
+        QVERIFY(newestFirmwareBundle(m_files->path("missing"), aquenPattern).data.isEmpty());
         QCOMPARE(log.lines(), QStringList());
     }
 
 private:
-    QString path(const QString& name) const { return m_dir->filePath(name); }
-
-    QString put(const QString& name, const QByteArray& contents)
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
-            QTest::qFail("cannot write a test file", __FILE__, __LINE__);
-        return path(name);
-    }
-
-    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<TempFiles> m_files;
 };
 
 QTEST_APPLESS_MAIN(FirmwareBundleTest)

@@ -1,4 +1,5 @@
 #include "FirmwareBundle.h"
+#include "TempFiles.h"
 
 #include <QtTest>
 
@@ -12,21 +13,20 @@ class TarnwareTest : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_dir.isValid());
-        put("image.bin", m_image);
-        put("largest.bin", QByteArray(163839, 'x'));
-        put("larger.bin", QByteArray(163840, 'x'));
-        put("empty.bin", QByteArray());
-        put("noise.tarnware", "noise");
-        put("good.tarnware", packFirmwareBundle(4, m_image));
-        put("old.tarnware", packFirmwareBundle(0, m_image));
+        m_files.put("image.bin", m_image);
+        m_files.put("largest.bin", QByteArray(163839, 'x'));
+        m_files.put("larger.bin", QByteArray(163840, 'x'));
+        m_files.put("empty.bin", QByteArray());
+        m_files.put("noise.tarnware", "noise");
+        m_files.put("good.tarnware", packFirmwareBundle(4, m_image));
+        m_files.put("old.tarnware", packFirmwareBundle(0, m_image));
     }
 
     void packsShowsAndUnpacks()
     {
         QCOMPARE(run({"pack", "--version", "12", "image.bin", "made.tarnware"}), 0);
         FirmwareBundle bundle;
-        QCOMPARE(readFirmwareBundle(m_dir.filePath("made.tarnware"), bundle), 0);
+        QCOMPARE(readFirmwareBundle(m_files.path("made.tarnware"), bundle), 0);
         QCOMPARE(bundle.version, 12);
         QCOMPARE(bundle.data, m_image);
 
@@ -36,10 +36,10 @@ private slots:
                  QByteArray("made.tarnware: version 12, 14 bytes, SHA-256 "
                             "1df2f3853d10a305aa52d36fd4a03f5721d7ce7daef6f7e5e8d51074d31361f1\n"));
         QCOMPARE(run({"unpack", "made.tarnware", "unpacked.bin"}), 0);
-        QCOMPARE(get("unpacked.bin"), m_image);
+        QCOMPARE(m_files.get("unpacked.bin"), m_image);
         QCOMPARE(run({"pack", "largest.bin", "made.tarnware", "--version", "13"}), 0);
         QCOMPARE(run({"unpack", "made.tarnware", "unpacked.bin"}), 0);
-        QCOMPARE(get("unpacked.bin").size(), 163839);
+        QCOMPARE(m_files.get("unpacked.bin").size(), 163839);
     }
 
     void showNamesEachFileThatFails()
@@ -83,12 +83,12 @@ private slots:
     {
         QFETCH(QStringList, arguments);
         QFETCH(int, status);
-        put("out", "as before");
+        m_files.put("out", "as before");
         QCOMPARE(run(arguments), status);
         QVERIFY(m_output.isEmpty());
         QVERIFY(m_errors.startsWith("tarnware: "));
         QCOMPARE(m_errors.contains("Usage:"), status == 2);
-        QCOMPARE(get("out"), QByteArray("as before"));
+        QCOMPARE(m_files.get("out"), QByteArray("as before"));
     }
 
     void helpGoesToStandardOutput()
@@ -102,7 +102,7 @@ private:
     int run(const QStringList& arguments)
     {
         QProcess process;
-        process.setWorkingDirectory(m_dir.path());
+        process.setWorkingDirectory(m_files.root());
         process.start(QString::fromLocal8Bit(qgetenv("TARNWARE")), arguments);
         if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
             return -1;
@@ -111,20 +111,7 @@ private:
         return process.exitCode();
     }
 
-    void put(const QString& name, const QByteArray& contents)
-    {
-        QFile file(m_dir.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(contents), qint64(contents.size()));
-    }
-
-    QByteArray get(const QString& name) const
-    {
-        QFile file(m_dir.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-    }
-
-    QTemporaryDir m_dir;
+    const TempFiles m_files;
     const QByteArray m_image = "firmware image";
     QByteArray m_output;
     QByteArray m_errors;

@@ -10,7 +10,7 @@ namespace Common {
 
 namespace {
 
-constexpr qint64 largestCompared = 1024 * 1024;
+constexpr qint64 largestCompared = qint64{1024} * 1024;
 
 QString nearestDirectory(const QString& path)
 {
