@@ -1,0 +1,138 @@
+#include "Testbed.h"
+
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+namespace VirtualUnit {
+
+namespace {
+
+const std::string rootHubPath = "/devices/usb1";
+
+std::string threeDigits(unsigned number)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "%03u", number);
+    return text;
+}
+
+std::string nodePath(std::uint8_t device)
+{
+    return "/dev/bus/usb/" + threeDigits(Testbed::BusNumber) + '/' + threeDigits(device);
+}
+
+std::string devicePath(unsigned port)
+{
+    return rootHubPath + "/1-" + std::to_string(port);
+}
+
+std::string hexadecimal(const Bytes& bytes)
+{
+    static const char digits[] = "0123456789ABCDEF";
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += digits[byte >> 4];
+        text += digits[byte & 0x0FU];
+    }
+    return text;
+}
+
+unsigned wordAt(const Bytes& bytes, std::size_t at)
+{
+    return static_cast<unsigned>(bytes[at] | bytes[at + 1] << 8);
+}
+
+/// The device in the testbed's own notation, as the kernel would show it. The node itself is made
+/// elsewhere, so there is no line for it.
+std::string describe(const std::string& path, std::uint8_t device, const Bytes& deviceDescriptor,
+                     const Bytes& configuration, const char* speed)
+{
+    Bytes descriptors = deviceDescriptor;
+    descriptors.insert(descriptors.end(), configuration.begin(), configuration.end());
+    const unsigned vendor = wordAt(deviceDescriptor, 8);
+    const unsigned product = wordAt(deviceDescriptor, 10);
+    const unsigned minor = device - 1U;
+    std::ostringstream text;
+    text << "P: " << path
+         << "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: DEVNAME=" << nodePath(device)
+         << "\nE: MAJOR=189\nE: MINOR=" << minor
+         << "\nE: BUSNUM=" << threeDigits(Testbed::BusNumber)
+         << "\nE: DEVNUM=" << threeDigits(device) << std::hex << "\nE: PRODUCT=" << vendor << '/'
+         << product << '/' << wordAt(deviceDescriptor, 12) << std::dec
+         << "\nE: TYPE=" << unsigned{deviceDescriptor[4]} << '/' << unsigned{deviceDescriptor[5]}
+         << '/' << unsigned{deviceDescriptor[6]} << "\nA: dev=189:" << minor
+         << "\nA: busnum=" << unsigned{Testbed::BusNumber} << "\\n\nA: devnum=" << unsigned{device}
+         << "\\n\nA: speed=" << speed
+         << "\\n\nA: bConfigurationValue=1\\n\nH: descriptors=" << hexadecimal(descriptors)
+         << "\n\n";
+    return text.str();
+}
+
+} // namespace
+
+Testbed::Testbed()
+    : m_testbed(umockdev_testbed_new())
+{
+    gchar* root = umockdev_testbed_get_root_dir(m_testbed.get());
+    m_root = root;
+    g_free(root);
+    // A bus is never without its root hub; hosts that list it rely on that.
+    const Bytes device = {18, 1, 0, 2, 9, 0, 0, 64, 0x6B, 0x1D, 2, 0, 0x15, 5, 0, 0, 0, 1};
+    const Bytes configuration = {9, 2, 25, 0, 1, 1, 0, 0xE0, 0, 9, 4, 0, 0,
+                                 1, 9, 0,  0, 0, 7, 5, 0x81, 3, 4, 0, 12};
+    addFromString(describe(rootHubPath, 1, device, configuration, "480"));
+}
+
+void Testbed::addFromString(const std::string& description)
+{
+    GError* error = nullptr;
+    if (umockdev_testbed_add_from_string(m_testbed.get(), description.c_str(), &error) == FALSE) {
+        const GErrorPtr owner(error);
+        throw std::runtime_error(std::string("cannot add a device: ") + messageOf(error));
+    }
+}
+
+Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
+                                 const std::shared_ptr<Scheduler>& scheduler,
+                                 const DeviceNode::OnDeparture& onDeparture)
+{
+    const std::string node = nodePath(place.device);
+    Attachment attachment;
+    attachment.node = std::make_shared<DeviceNode>(unit, scheduler, m_root + node, onDeparture);
+    attachment.handler = attachment.node->makeHandler();
+    // The node answers before anyone hears of it.
+    GError* error = nullptr;
+    if (umockdev_testbed_attach_ioctl(m_testbed.get(), node.c_str(), attachment.handler.get(),
+                                      &error) == FALSE) {
+        const GErrorPtr owner(error);
+        throw std::runtime_error("cannot serve " + node + ": " + messageOf(error));
+    }
+    try {
+        addFromString(describe(devicePath(place.port), place.device, unit->deviceDescriptor(),
+                               unit->configurationDescriptor(), "12"));
+    } catch (const std::exception&) {
+        umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
+        throw;
+    }
+    return attachment;
+}
+
+void Testbed::remove(const Place& place, Attachment attachment)
+{
+    const std::string node = nodePath(place.device);
+    const std::string path = "/sys" + devicePath(place.port);
+    // In this order: requests in flight end, nobody new can open the node, and the announcement is
+    // made while there is still something to announce.
+    attachment.node->shutDown();
+    GError* error = nullptr;
+    if (umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), &error) == FALSE) {
+        const GErrorPtr owner(error);
+        std::cerr << "virtual bus: cannot detach " << node << ": " << messageOf(error) << '\n';
+    }
+    umockdev_testbed_uevent(m_testbed.get(), path.c_str(), "remove");
+    umockdev_testbed_remove_device(m_testbed.get(), path.c_str());
+}
+
+} // namespace VirtualUnit

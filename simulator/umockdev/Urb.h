@@ -1,0 +1,57 @@
+#pragma once
+
+#include "GObjectPtr.h"
+
+#include "Answer.h"
+
+#include <array>
+#include <umockdev.h>
+
+namespace VirtualUnit {
+
+/// One control request that a client has submitted and not yet collected: the URB in the client's
+/// memory and its buffer. Reads and writes of the client's memory go through the socket on which
+/// the client waits for its ioctl, so they are made on the bus's thread, while an ioctl is handled.
+class Urb
+{
+public:
+    /// Takes the URB from the client's SUBMITURB. Gives errno, and leaves \a urb empty, when the
+    /// kernel would refuse it.
+    static int fetch(UMockdevIoctlClient* client, std::shared_ptr<Urb>& urb);
+
+    UMockdevIoctlClient* client() const { return m_client; }
+    unsigned long address() const { return m_urb->client_addr; }
+    const SetupPacket& setup() const { return m_setup; }
+    const Bytes& payload() const { return m_payload; }
+
+    /// Ends the request with what the unit answered. Touches no client memory.
+    void finish(const Answer& answer);
+    /// Ends the request with a negative errno, as the kernel reports it. Touches no client memory.
+    void fail(int status);
+    bool isFinished() const { return m_finished; }
+
+    /// Writes the result to the client's memory.
+    void deliver();
+    UMockdevIoctlData* data() const { return m_urb.get(); }
+
+private:
+    Urb() = default;
+
+    struct DataUnref
+    {
+        void operator()(UMockdevIoctlData* data) const { umockdev_ioctl_data_unref(data); }
+    };
+    using P_IoctlData = std::unique_ptr<UMockdevIoctlData, DataUnref>;
+
+    UMockdevIoctlClient* m_client = nullptr;
+    P_IoctlData m_urb;
+    P_IoctlData m_buffer;
+    SetupPacket m_setup;
+    Bytes m_payload;
+    bool m_finished = false;
+    int m_status = 0;
+    Bytes m_answer;
+    int m_actualLength = 0;
+};
+
+} // namespace VirtualUnit
