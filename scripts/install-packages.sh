@@ -2,7 +2,7 @@
 # Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
 # for no rights, when all are there.
 #   scripts/install-packages.sh [--list] PURPOSE…
-# Purposes: build run test demo lint coverage benchmark. --list prints the packages and installs nothing.
+# Purposes: build run test demo lint coverage benchmark wayland. --list prints the packages and installs nothing.
 set -euo pipefail
 
 packages_for() {
@@ -24,6 +24,7 @@ packages_for() {
         lint) echo clang-format qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         coverage) echo gcovr ;;
         benchmark) echo libbenchmark-dev ;;
+        wayland) echo qtwayland5 ;;
         *)
             echo "install-packages.sh: unknown purpose: $1" >&2
             return 2

@@ -28,6 +28,6 @@ build() {
     say "== configure ($preset)"
     (cd "$root" && cmake --preset "$preset") || die configure "see the messages of cmake above"
     say "== build ($preset)"
-    cmake --build "$root/build/$preset" -j "$(nproc)" --target "${targets[@]}" ||
+    (cd "$root" && cmake --build --preset "$preset" -j "$(nproc)" --target "${targets[@]}") ||
         die build "see the messages of the compiler above"
 }
