@@ -60,8 +60,8 @@ GObjectPtr<UMockdevIoctlBase> DeviceNode::makeHandler()
         const GClosureNotify drop = [](gpointer self, GClosure*) {
             const std::unique_ptr<Self> last(static_cast<Self*>(self));
         };
-        g_signal_connect_data(handler.get(), signal, callback, new Self(shared_from_this()),
-                              drop, static_cast<GConnectFlags>(0));
+        g_signal_connect_data(handler.get(), signal, callback, new Self(shared_from_this()), drop,
+                              static_cast<GConnectFlags>(0));
     };
     connect("handle-ioctl", G_CALLBACK(&DeviceNode::onIoctl));
     connect("client-connected", G_CALLBACK(&DeviceNode::onConnected));

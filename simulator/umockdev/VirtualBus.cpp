@@ -3,8 +3,9 @@
 #include "Testbed.h"
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
-#include <cstdlib>
+#include <dlfcn.h>
 #include <iostream>
 #include <mutex>
 #include <stdexcept>
@@ -39,6 +40,7 @@ struct VirtualBus::Private
     void depart(const P_Unit& unit, unsigned generation, std::optional<milliseconds> returnAfter);
     void returnLater(const P_Unit& unit, unsigned generation, milliseconds delay);
     bool waitFor(const P_Unit& unit, bool present, milliseconds timeout);
+    void endTransit();
     void tell(const P_Unit& unit, Event event) const;
 
     std::mutex mutex; ///< never taken by the testbed's thread, which the testbed may wait for
@@ -48,6 +50,7 @@ struct VirtualBus::Private
     std::vector<std::unique_ptr<Slot>> slots;
     std::uint8_t lastDevice = 1; // the root hub
     Observer observer;
+    std::atomic<int> inTransit{0}; ///< departures and returns that are planned
 };
 
 bool VirtualBus::available()
@@ -113,6 +116,7 @@ void VirtualBus::Private::add(Slot& slot)
     const P_Unit unit = slot.unit;
     const auto onDeparture = [this, unit, generation](milliseconds delay,
                                                       const Departure& departure) {
+        ++inTransit;
         scheduler->after(delay + departure.after, [this, unit, generation, departure] {
             depart(unit, generation, departure.returnAfter);
         });
@@ -141,20 +145,31 @@ void VirtualBus::Private::depart(const P_Unit& unit, unsigned generation,
     {
         const std::lock_guard<std::mutex> lock(mutex);
         Slot* slot = find(unit);
-        if (slot == nullptr || slot->generation != generation)
+        if (slot == nullptr || slot->generation != generation) {
+            endTransit();
             return;
+        }
         remove(*slot, Unit::Reason::Restarted);
         if (returnAfter)
             returnLater(unit, slot->generation, *returnAfter);
+        endTransit();
     }
     tell(unit, Event::Left);
 }
 
+void VirtualBus::Private::endTransit()
+{
+    --inTransit;
+    changed.notify_all();
+}
+
 void VirtualBus::Private::returnLater(const P_Unit& unit, unsigned generation, milliseconds delay)
 {
+    ++inTransit;
     scheduler->after(delay, [this, unit, generation] {
         {
             const std::lock_guard<std::mutex> lock(mutex);
+            endTransit();
             Slot* slot = find(unit);
             if (slot == nullptr || slot->generation != generation)
                 return;
@@ -234,6 +249,12 @@ bool VirtualBus::waitUntilPlugged(const P_Unit& unit, milliseconds timeout) cons
 bool VirtualBus::waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const
 {
     return d->waitFor(unit, false, timeout);
+}
+
+bool VirtualBus::waitUntilSettled(milliseconds timeout) const
+{
+    std::unique_lock<std::mutex> lock(d->mutex);
+    return d->changed.wait_for(lock, timeout, [this] { return d->inTransit == 0; });
 }
 
 unsigned VirtualBus::arrivals(const P_Unit& unit) const

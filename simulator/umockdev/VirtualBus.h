@@ -54,6 +54,9 @@ public:
     bool waitUntilPlugged(const P_Unit& unit, milliseconds timeout) const;
     bool waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const;
 
+    /// Waits until no unit is about to leave or to return and tells whether that came in time.
+    bool waitUntilSettled(milliseconds timeout) const;
+
     /// How often the unit has come to the bus.
     unsigned arrivals(const P_Unit& unit) const;
 
