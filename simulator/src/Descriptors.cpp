@@ -8,11 +8,6 @@ namespace VirtualUnit::Descriptors {
 
 namespace {
 
-constexpr std::uint8_t manufacturerString = 1;
-constexpr std::uint8_t productString = 2;
-constexpr std::uint8_t serialString = 3;
-constexpr std::uint8_t interfaceString = 4;
-
 std::uint8_t low(unsigned value)
 {
     return static_cast<std::uint8_t>(value & 0xFFU);
@@ -29,13 +24,13 @@ std::string productName(const Identity& identity)
     return identity.mode == Mode::Bootloader ? name + " DFU" : name;
 }
 
-Bytes encode(const std::string& text)
+Bytes encode(const std::string& content)
 {
     // bLength is one byte: 126 UTF-16 characters at most.
-    const std::size_t characters = std::min<std::size_t>(text.size(), 126);
+    const std::size_t characters = std::min<std::size_t>(content.size(), 126);
     Bytes descriptor = {low(static_cast<unsigned>(2 + 2 * characters)), Standard::StringDescriptor};
     for (std::size_t i = 0; i < characters; ++i) {
-        descriptor.push_back(static_cast<std::uint8_t>(text[i]));
+        descriptor.push_back(static_cast<std::uint8_t>(content[i]));
         descriptor.push_back(0);
     }
     return descriptor;
@@ -67,9 +62,9 @@ Bytes device(const Identity& identity)
             high(product),
             0x00,
             0x02, // bcdDevice 2.00
-            manufacturerString,
-            productString,
-            serialString,
+            ManufacturerString,
+            ProductString,
+            SerialString,
             1};
 }
 
@@ -88,7 +83,7 @@ Bytes configuration(const Identity& identity, const Knobs& knobs)
                              static_cast<std::uint8_t>(bootloader ? 0xFE : 0xFF),
                              static_cast<std::uint8_t>(bootloader ? 1 : 0),
                              static_cast<std::uint8_t>(bootloader ? 2 : 0),
-                             interfaceString};
+                             InterfaceString};
     descriptor.insert(descriptor.end(), interface.begin(), interface.end());
     if (bootloader) {
         // Can download, can upload, detaches by itself, is not manifestation tolerant; 255 ms.
@@ -99,24 +94,31 @@ Bytes configuration(const Identity& identity, const Knobs& knobs)
     return descriptor;
 }
 
+std::optional<std::string> text(std::uint8_t index, const Identity& identity, const Knobs& knobs,
+                                const std::string& layout)
+{
+    switch (index) {
+    case ManufacturerString:
+        return "Quillon";
+    case ProductString:
+        return productName(identity);
+    case SerialString:
+        return identity.usbSerial;
+    case InterfaceString:
+        return identity.mode == Mode::Bootloader ? knobs.layout.value_or(layout)
+                                                 : productName(identity) + " control";
+    default:
+        return std::nullopt;
+    }
+}
+
 Bytes string(std::uint8_t index, const Identity& identity, const Knobs& knobs,
              const std::string& layout)
 {
-    switch (index) {
-    case 0:
+    if (index == 0)
         return {4, Standard::StringDescriptor, 0x09, 0x04}; // English (United States)
-    case manufacturerString:
-        return encode("Quillon");
-    case productString:
-        return encode(productName(identity));
-    case serialString:
-        return encode(identity.usbSerial);
-    case interfaceString:
-        return encode(identity.mode == Mode::Bootloader ? knobs.layout.value_or(layout)
-                                                        : productName(identity) + " control");
-    default:
-        return {};
-    }
+    const auto content = text(index, identity, knobs, layout);
+    return content ? encode(*content) : Bytes();
 }
 
 } // namespace VirtualUnit::Descriptors

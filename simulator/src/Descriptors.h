@@ -27,6 +27,11 @@ struct Identity
 /// The unit's descriptors as USB 2.0 section 9.6 lays them out. Pure functions.
 namespace Descriptors {
 
+constexpr std::uint8_t ManufacturerString = 1;
+constexpr std::uint8_t ProductString = 2;
+constexpr std::uint8_t SerialString = 3;
+constexpr std::uint8_t InterfaceString = 4;
+
 constexpr std::uint16_t VendorId = 0x16D0;
 
 std::uint16_t productId(Kind kind, Mode mode);
@@ -35,6 +40,10 @@ Bytes device(const Identity& identity);
 /// The configuration with its one interface; in bootloader mode the DFU functional descriptor
 /// (DFU 1.1, table 4.2) stands last.
 Bytes configuration(const Identity& identity, const Knobs& knobs);
+
+/// The text of that index; none when there is no such string.
+std::optional<std::string> text(std::uint8_t index, const Identity& identity, const Knobs& knobs,
+                                const std::string& layout);
 
 /// The string descriptor of that index; empty when there is none. Text is taken as ASCII.
 Bytes string(std::uint8_t index, const Identity& identity, const Knobs& knobs,

@@ -30,10 +30,20 @@ std::uint32_t getWord(const Bytes& bytes, std::size_t at)
     return value;
 }
 
+std::uint32_t checksumOf(const std::uint8_t* data, std::size_t size)
+{
+    return static_cast<std::uint32_t>(crc32_z(0, data, size));
+}
+
 std::uint32_t checksum(Bytes image)
 {
     putWord(image, checksumAt, 0);
-    return static_cast<std::uint32_t>(crc32_z(0, image.data(), image.size()));
+    return checksumOf(image.data(), image.size());
+}
+
+std::uint32_t checksumOf(const std::string& text)
+{
+    return checksumOf(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
 }
 
 } // namespace
@@ -46,7 +56,10 @@ Bytes makeImage(std::size_t size, const std::string& version, std::uint32_t seed
         throw std::invalid_argument("a version takes at most 15 characters");
 
     Bytes image(size);
-    std::mt19937 noise(seed);
+    // Of another version or size, another content throughout: a page left over from an older image
+    // must not pass for one of the new.
+    std::seed_seq mixed{seed, static_cast<std::uint32_t>(size), checksumOf(version)};
+    std::mt19937 noise(mixed);
     std::generate(image.begin(), image.end(),
                   [&noise] { return static_cast<std::uint8_t>(noise() & 0xFFU); });
     // The initial stack pointer and the reset vector of the microcontroller.

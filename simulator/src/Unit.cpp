@@ -169,6 +169,12 @@ Bytes Unit::configurationDescriptor() const
     return Descriptors::configuration(d->identity, d->knobs);
 }
 
+std::string Unit::stringText(std::uint8_t index) const
+{
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    return Descriptors::text(index, d->identity, d->knobs, d->flash.layout()).value_or("");
+}
+
 Kind Unit::kind() const
 {
     return d->identity.kind;

@@ -59,6 +59,8 @@ public:
     void busReset();
     Bytes deviceDescriptor() const;
     Bytes configurationDescriptor() const;
+    /// The string of that index (see Descriptors), empty when there is none.
+    std::string stringText(std::uint8_t index) const;
 
     // For tests and demos.
 

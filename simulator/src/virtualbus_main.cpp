@@ -1,5 +1,6 @@
 #include "ChildProcess.h"
 #include "ControlPipe.h"
+#include "FirmwareImage.h"
 #include "Preload.h"
 #include "Report.h"
 #include "Scheduler.h"
@@ -32,6 +33,8 @@ const char* const usage =
     "  -t, --trace FILE    write down every control request the units got\n"
     "  -v, --verbose       say on standard error when a unit comes and goes\n"
     "  -h, --help          show this text\n\n"
+    "virtualbus --make-image VERSION:SIZE:FILE\n"
+    "Writes a firmware image that the virtual units take for valid, of that version and size.\n\n"
     "The exit status is the command's; 2 for wrong arguments, 127 when it cannot be run.\n"
     "At the end there is one line per unit: its mode, firmware version, whether it is on the bus,\n"
     "and length and SHA-256 of what its application flash holds.\n\n";
@@ -45,21 +48,26 @@ struct Options
     std::string trace;
     std::vector<std::string> command;
     bool verbose = false;
+    std::string image; ///< what to make instead of running a command
     bool help = false;
 };
 
 /// Throws std::invalid_argument with a text for the user.
 Options parseArguments(int count, char** arguments)
 {
-    static const option known[] = {
-        {"unit", required_argument, nullptr, 'u'},    {"script", required_argument, nullptr, 's'},
-        {"control", required_argument, nullptr, 'c'}, {"report", required_argument, nullptr, 'r'},
-        {"trace", required_argument, nullptr, 't'},   {"verbose", no_argument, nullptr, 'v'},
-        {"help", no_argument, nullptr, 'h'},          {nullptr, 0, nullptr, 0}};
+    static const option known[] = {{"unit", required_argument, nullptr, 'u'},
+                                   {"script", required_argument, nullptr, 's'},
+                                   {"control", required_argument, nullptr, 'c'},
+                                   {"report", required_argument, nullptr, 'r'},
+                                   {"trace", required_argument, nullptr, 't'},
+                                   {"verbose", no_argument, nullptr, 'v'},
+                                   {"help", no_argument, nullptr, 'h'},
+                                   {"make-image", required_argument, nullptr, 'm'},
+                                   {nullptr, 0, nullptr, 0}};
     Options options;
     int found = 0;
     // "+": the first word that is no option begins the command.
-    while ((found = getopt_long(count, arguments, "+u:s:c:r:t:vh", known, nullptr)) != -1) {
+    while ((found = getopt_long(count, arguments, "+u:s:c:r:t:m:vh", known, nullptr)) != -1) {
         switch (found) {
         case 'u':
             options.units.push_back(makeUnit(optarg, options.units));
@@ -79,6 +87,9 @@ Options parseArguments(int count, char** arguments)
         case 'v':
             options.verbose = true;
             break;
+        case 'm':
+            options.image = optarg;
+            return options;
         case 'h':
             options.help = true;
             return options;
@@ -153,10 +164,23 @@ std::unique_ptr<std::ofstream> openOutput(const std::string& path)
 {
     if (path.empty())
         return nullptr;
-    auto file = std::make_unique<std::ofstream>(path);
+    auto file = std::make_unique<std::ofstream>(path, std::ios::binary);
     if (!*file)
         throw std::invalid_argument("cannot write " + path);
     return file;
+}
+
+void writeImage(const std::string& order)
+{
+    const std::vector<std::string> parts = ScriptText::split(order, ':');
+    if (parts.size() != 3)
+        throw std::invalid_argument("expected VERSION:SIZE:FILE instead of " + order);
+    const Bytes image = makeImage(ScriptText::number(parts[1]), parts[0]);
+    const auto file = openOutput(parts[2]);
+    file->write(reinterpret_cast<const char*>(image.data()),
+                static_cast<std::streamsize>(image.size()));
+    if (!file->flush())
+        throw std::runtime_error("cannot write " + parts[2]);
 }
 
 /// Throws std::invalid_argument for what the user got wrong, else std::runtime_error.
@@ -203,6 +227,10 @@ int main(int argc, char** argv)
         const Options options = parseArguments(argc, argv);
         if (options.help) {
             std::cout << usage << unitOptionHelp << '\n' << Script::help();
+            return 0;
+        }
+        if (!options.image.empty()) {
+            writeImage(options.image);
             return 0;
         }
         ensurePreload(argv);

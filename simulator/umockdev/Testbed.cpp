@@ -39,6 +39,19 @@ std::string hexadecimal(const Bytes& bytes)
     return text;
 }
 
+std::string fourDigits(unsigned number)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "%04x", number);
+    return text;
+}
+
+/// An attribute that ends with a newline, which the testbed's notation spells out.
+std::string attribute(const std::string& name, const std::string& value)
+{
+    return "A: " + name + '=' + value + "\\n\n";
+}
+
 unsigned wordAt(const Bytes& bytes, std::size_t at)
 {
     return static_cast<unsigned>(bytes[at] | bytes[at + 1] << 8);
@@ -47,7 +60,7 @@ unsigned wordAt(const Bytes& bytes, std::size_t at)
 /// The device in the testbed's own notation, as the kernel would show it. The node itself is made
 /// elsewhere, so there is no line for it.
 std::string describe(const std::string& path, std::uint8_t device, const Bytes& deviceDescriptor,
-                     const Bytes& configuration, const char* speed)
+                     const Bytes& configuration, const std::string& attributes)
 {
     Bytes descriptors = deviceDescriptor;
     descriptors.insert(descriptors.end(), configuration.begin(), configuration.end());
@@ -62,12 +75,20 @@ std::string describe(const std::string& path, std::uint8_t device, const Bytes& 
          << "\nE: DEVNUM=" << threeDigits(device) << std::hex << "\nE: PRODUCT=" << vendor << '/'
          << product << '/' << wordAt(deviceDescriptor, 12) << std::dec
          << "\nE: TYPE=" << unsigned{deviceDescriptor[4]} << '/' << unsigned{deviceDescriptor[5]}
-         << '/' << unsigned{deviceDescriptor[6]} << "\nA: dev=189:" << minor
-         << "\nA: busnum=" << unsigned{Testbed::BusNumber} << "\\n\nA: devnum=" << unsigned{device}
-         << "\\n\nA: speed=" << speed
-         << "\\n\nA: bConfigurationValue=1\\n\nH: descriptors=" << hexadecimal(descriptors)
-         << "\n\n";
+         << '/' << unsigned{deviceDescriptor[6]} << "\nA: dev=189:" << minor << '\n'
+         << attribute("busnum", std::to_string(Testbed::BusNumber))
+         << attribute("devnum", std::to_string(device)) << attribute("bConfigurationValue", "1")
+         << attribute("idVendor", fourDigits(vendor)) << attribute("idProduct", fourDigits(product))
+         << attributes << "H: descriptors=" << hexadecimal(descriptors) << "\n\n";
     return text.str();
+}
+
+std::string attributesOf(const Unit& unit)
+{
+    return attribute("speed", "12") +
+           attribute("manufacturer", unit.stringText(Descriptors::ManufacturerString)) +
+           attribute("product", unit.stringText(Descriptors::ProductString)) +
+           attribute("serial", unit.stringText(Descriptors::SerialString));
 }
 
 } // namespace
@@ -82,7 +103,7 @@ Testbed::Testbed()
     const Bytes device = {18, 1, 0, 2, 9, 0, 0, 64, 0x6B, 0x1D, 2, 0, 0x15, 5, 0, 0, 0, 1};
     const Bytes configuration = {9, 2, 25, 0, 1, 1, 0, 0xE0, 0, 9, 4, 0, 0,
                                  1, 9, 0,  0, 0, 7, 5, 0x81, 3, 4, 0, 12};
-    addFromString(describe(rootHubPath, 1, device, configuration, "480"));
+    addFromString(describe(rootHubPath, 1, device, configuration, attribute("speed", "480")));
 }
 
 void Testbed::addFromString(const std::string& description)
@@ -111,7 +132,7 @@ Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
     }
     try {
         addFromString(describe(devicePath(place.port), place.device, unit->deviceDescriptor(),
-                               unit->configurationDescriptor(), "12"));
+                               unit->configurationDescriptor(), attributesOf(*unit)));
     } catch (const std::exception&) {
         umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
         throw;
