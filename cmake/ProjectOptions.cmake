@@ -37,5 +37,5 @@ target_compile_options(project_options INTERFACE -Wall -Wextra -Wconversion -Wsh
 if(ASU_WARNINGS_AS_ERRORS)
     target_compile_options(project_options INTERFACE -Werror)
 endif()
-target_compile_definitions(project_options INTERFACE QT_NO_CAST_TO_ASCII QT_USE_QSTRINGBUILDER
+target_compile_definitions(project_options INTERFACE QT_NO_CAST_TO_ASCII
                                                      QT_DEPRECATED_WARNINGS)

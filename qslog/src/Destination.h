@@ -2,11 +2,11 @@
 
 #include "Level.h"
 
-#include <QMutex>
 #include <QString>
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace QsLogging {
 
@@ -37,7 +37,7 @@ public:
     void setColours(bool colours) { m_colours = colours; }
 
 protected:
-    QMutex m_mutex;
+    std::mutex m_mutex;
 
 private:
     std::atomic<bool> m_colours{false};

@@ -3,9 +3,9 @@
 #include "AnsiColours.h"
 
 #include <QFileInfo>
-#include <QMutexLocker>
 
 #include <map>
+#include <mutex>
 
 namespace QsLogging {
 
@@ -27,7 +27,7 @@ void FileDestination::open(const QString& path)
 void FileDestination::write(const QString& message, Level)
 {
     const QString plain = withoutColours(message);
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (!m_stream || !m_file)
         return;
     if (m_maxSize > 0 && m_file->size() > m_maxSize)
@@ -42,19 +42,22 @@ void FileDestination::write(const QString& message, Level)
 
 bool FileDestination::isValid()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_file && m_file->isOpen();
 }
 
 bool FileDestination::rotate()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return rotateLocked();
 }
 
 bool FileDestination::rotateLocked()
 {
     const QString path = m_file->fileName();
+    // A directory under this name was never ours; moving it away would take all its files along.
+    if (QFileInfo(path).isDir())
+        return false;
     const QString oldPath = path + QStringLiteral(".old");
     if (QFile::exists(oldPath))
         QFile::remove(oldPath);
@@ -68,7 +71,7 @@ bool FileDestination::rotateLocked()
 
 bool FileDestination::setMaxSize(qint64 bytes)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_maxSize = bytes;
     if (bytes >= 1 && m_file->size() > bytes)
         rotateLocked();
@@ -78,11 +81,11 @@ bool FileDestination::setMaxSize(qint64 bytes)
 std::shared_ptr<FileDestination> fileDestinationFor(const QString& path)
 {
     // Never destroyed: loggers write until the very end of the process.
-    static QMutex& mutex = *new QMutex;
+    static std::mutex& mutex = *new std::mutex;
     static auto& destinations = *new std::map<QString, std::shared_ptr<FileDestination>>;
 
     const QString absolutePath = QFileInfo(path).absoluteFilePath();
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard lock(mutex);
     std::shared_ptr<FileDestination>& destination = destinations[absolutePath];
     if (!destination)
         destination = std::make_shared<FileDestination>(absolutePath);

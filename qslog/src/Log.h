@@ -9,8 +9,8 @@
 #define QLOG_AT(level)                                                                             \
     for (QsLogging::Logger* qslogLogger =                                                          \
              [] {                                                                                  \
-                 static QsLogging::Logger* const logger = QsLogging::callSiteLogger(__FILE__);     \
-                 return logger;                                                                    \
+                 static QsLogging::Logger* const qslogSite = QsLogging::callSiteLogger(__FILE__);  \
+                 return qslogSite;                                                                 \
              }();                                                                                  \
          qslogLogger != nullptr && qslogLogger->admits(level); qslogLogger = nullptr)              \
     QsLogging::MessageBuilder(level, __FILE__, __LINE__, __func__).stream()

@@ -1,6 +1,5 @@
 #include "Logger.h"
 
-#include <QMutexLocker>
 
 #include <algorithm>
 
@@ -8,7 +7,7 @@ namespace QsLogging {
 
 void Logger::addDestination(const P_Destination& destination)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     if (std::find(m_destinations.begin(), m_destinations.end(), destination) ==
         m_destinations.end())
         m_destinations.push_back(destination);
@@ -16,14 +15,14 @@ void Logger::addDestination(const P_Destination& destination)
 
 void Logger::removeDestination(const P_Destination& destination)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_destinations.erase(std::remove(m_destinations.begin(), m_destinations.end(), destination),
                          m_destinations.end());
 }
 
 void Logger::dispatch(const QString& line, Level level)
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     for (const P_Destination& destination : m_destinations)
         destination->write(line, level);
 }

@@ -3,6 +3,7 @@
 #include "Destination.h"
 
 #include <atomic>
+#include <mutex>
 #include <vector>
 
 namespace QsLogging {
@@ -33,7 +34,7 @@ public:
     void dispatch(const QString& line, Level level);
 
 private:
-    QMutex m_mutex;
+    std::mutex m_mutex;
     std::atomic<Level> m_level{Level::Info};
     std::vector<P_Destination> m_destinations;
 };

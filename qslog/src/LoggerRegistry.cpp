@@ -1,8 +1,8 @@
 #include "LoggerRegistry.h"
 
-#include <QMutexLocker>
 
 #include <map>
+#include <mutex>
 
 namespace QsLogging {
 
@@ -10,7 +10,7 @@ namespace {
 
 struct Registry
 {
-    QMutex mutex;
+    std::mutex mutex;
     std::map<QString, P_Logger> loggers;
     Level defaultLevel = Level::Off;
     std::vector<P_Destination> defaultDestinations;
@@ -28,7 +28,7 @@ Registry& registry()
 P_Logger getLogger(const QString& name)
 {
     Registry& all = registry();
-    const QMutexLocker lock(&all.mutex);
+    const std::lock_guard lock(all.mutex);
     P_Logger& logger = all.loggers[name];
     if (!logger) {
         logger = std::make_shared<Logger>();
@@ -41,13 +41,13 @@ P_Logger getLogger(const QString& name)
 
 void setDefaultLevel(Level level)
 {
-    const QMutexLocker lock(&registry().mutex);
+    const std::lock_guard lock(registry().mutex);
     registry().defaultLevel = level;
 }
 
 void addDefaultDestination(const P_Destination& destination)
 {
-    const QMutexLocker lock(&registry().mutex);
+    const std::lock_guard lock(registry().mutex);
     registry().defaultDestinations.push_back(destination);
 }
 

@@ -3,7 +3,6 @@
 #include "AnsiColours.h"
 #include "LoggerRegistry.h"
 
-#include <QMutexLocker>
 #include <QRegularExpression>
 
 class LogCapture::Collector : public QsLogging::Destination
@@ -17,14 +16,14 @@ public:
         line.replace(timestamp, QStringLiteral(" "));
         while (line.endsWith(QLatin1Char(' ')))
             line.chop(1);
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_lines.append(line);
     }
     bool isValid() override { return true; }
 
     QStringList take(bool clear)
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         const QStringList all = m_lines;
         if (clear)
             m_lines.clear();

@@ -1,0 +1,90 @@
+import QtQuick 2.9
+import QtQuick.Layouts 1.3
+import QtQuick.Window 2.2
+import AquenSolvar.Device 1.0 as AquenSolvar_Device
+import "."
+
+// The card of one unit. The unit can vanish at any time, which turns `device` to null.
+RowLayout {
+    id: root
+
+    property var device
+    // For a list that scrolls to what has the keyboard.
+    readonly property bool buttonFocused: updateButton.activeFocus
+    readonly property bool _isAquen: !!device && (device.deviceType === AquenSolvar_Device.Device.AQUEN
+                                                  || device.deviceType === AquenSolvar_Device.Device.AQUEN_DFU)
+    readonly property bool _isSolvar: !!device && (device.deviceType === AquenSolvar_Device.Device.SOLVAR
+                                                   || device.deviceType === AquenSolvar_Device.Device.SOLVAR_DFU)
+
+    signal requestUpdate(var device)
+
+    spacing: 0
+
+    RowLayout {
+        spacing: Style.baseGridSize
+        Layout.margins: Style.baseGridSize
+
+        Image {
+            objectName: "deviceImage"
+            source: root._isAquen ? "qrc:/icons/aquen" : root._isSolvar ? "qrc:/icons/solvar" : ""
+            sourceSize: Qt.size(Layout.preferredWidth * Screen.devicePixelRatio,
+                                Layout.preferredHeight * Screen.devicePixelRatio)
+            fillMode: Image.PreserveAspectFit
+            Layout.preferredWidth: 49
+            Layout.preferredHeight: 60
+            Accessible.ignored: true
+        }
+        ColumnLayout {
+            spacing: 0
+            // A long name gives way to the button.
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
+
+            BaseText {
+                objectName: "serialNameText"
+                text: root.device ? root.device.serialName : ""
+                elide: Text.ElideRight
+                font.pixelSize: Style.titleFontPixelSize
+                Layout.fillWidth: true
+                Layout.topMargin: -Style.tinyGridSize
+            }
+            BaseText {
+                text: qsTr("Connected")
+                color: Style.primaryColor
+                font.bold: true
+                font.capitalization: Font.AllUppercase
+                Layout.topMargin: Style.tinyGridSize
+            }
+            Item {
+                Layout.fillHeight: true
+            }
+            BaseText {
+                objectName: "deviceTypeText"
+                text: root._isAquen ? "Aquen" : root._isSolvar ? "Solvar" : qsTr("Unknown Device Type")
+                Layout.bottomMargin: -Style.tinyGridSize
+            }
+        }
+        Item {
+            Layout.fillWidth: true
+        }
+        ColumnLayout {
+            Layout.alignment: Qt.AlignBottom
+
+            BaseText {
+                objectName: "upToDateText"
+                text: qsTr("Firmware Up To Date")
+                visible: !!root.device && !root.device.needsUpdate
+            }
+            BaseButton {
+                id: updateButton
+
+                objectName: "updateButton"
+                text: root.device && root.device.isDfu ? qsTr("Resume Update") : qsTr("Update Firmware")
+                enabled: !!root.device && root.device.needsUpdate
+                Layout.alignment: Qt.AlignRight
+                Accessible.description: root.device ? root.device.serialName : ""
+                onClicked: root.requestUpdate(root.device)
+            }
+        }
+    }
+}

@@ -1,0 +1,104 @@
+import QtQuick 2.9
+import QtQuick.Controls 1.4
+import AquenSolvar 1.0
+import "."
+
+// The cards of the attached units, or a word that the search goes on.
+Item {
+    id: root
+
+    property AquenSolvarListModel devices
+    property bool searching: false
+
+    signal requestUpdate(var device)
+
+    ScrollView {
+        anchors.fill: parent
+        anchors.rightMargin: -Style.tinyGridSize
+
+        ListView {
+            id: listView
+
+            objectName: "deviceListView"
+            rightMargin: Style.mediumGridSize
+            spacing: Style.baseGridSize
+            activeFocusOnTab: true
+            cacheBuffer: 300
+            clip: true
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Devices")
+
+            model: AquenSolvarFilterProxyModel {
+                sourceModel: root.devices
+                dynamicSortFilter: true
+            }
+
+            delegate: Rectangle {
+                width: ListView.view.width
+                implicitHeight: card.implicitHeight
+                color: Style.lightAccentColor
+                radius: Style.baseRadiusSize
+                border.width: Style.baseBorderWidth
+                border.color: Style.accentColor(color)
+                Accessible.role: Accessible.ListItem
+                Accessible.name: card.device ? card.device.serialName : ""
+
+                DeviceInfoContents {
+                    id: card
+
+                    objectName: "deviceCard"
+                    anchors.fill: parent
+                    device: object
+                    onRequestUpdate: root.requestUpdate(device)
+                    onButtonFocusedChanged: {
+                        if (buttonFocused)
+                            listView.currentIndex = index;
+                    }
+                }
+
+                Rectangle {
+                    anchors.fill: parent
+                    visible: parent.ListView.isCurrentItem && listView.activeFocus
+                    color: "transparent"
+                    radius: Style.baseRadiusSize
+                    border.width: Style.tinyGridSize
+                    border.color: Style.darkColor
+                }
+            }
+
+            section.property: "section"
+            section.delegate: Item {
+                width: sectionTitle.implicitWidth
+                height: Style.mediumGridSize
+
+                BaseText {
+                    id: sectionTitle
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: section
+                }
+            }
+        }
+    }
+
+    Item {
+        anchors.fill: parent
+        visible: listView.count === 0
+
+        BaseText {
+            id: searchingText
+
+            objectName: "searchingText"
+            anchors.centerIn: parent
+            text: qsTr("Looking for Aquen or Solvar connected via USB")
+            font.pixelSize: Style.heroFontPixelSize
+        }
+        ThreeCircleLoadingIndicator {
+            objectName: "loadingIndicator"
+            anchors.top: searchingText.bottom
+            anchors.topMargin: Style.mediumGridSize
+            anchors.horizontalCenter: parent.horizontalCenter
+            visible: root.searching
+        }
+    }
+}

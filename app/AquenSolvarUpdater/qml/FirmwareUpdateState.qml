@@ -1,0 +1,192 @@
+import QtQuick 2.9
+import QtQml.StateMachine 1.0
+import AquenSolvar 1.0
+import AquenSolvar.Tasks 1.0
+import qslog 1.0 as QsLog
+import "."
+
+// One firmware update of one unit, and what the window shows meanwhile. No unit is paired with its
+// bootloader: the first one that the watcher announces is taken.
+State {
+    id: root
+
+    property var selectedDevice
+    property AqSolWatcher aqSolWatcher
+
+    readonly property Item progressView: Item {
+        ProgressBar {
+            id: progressBar
+
+            objectName: "progressBar"
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            height: Style.bigGridSize
+            percentage: _updatingState.task ? _updatingState.task.progress : 0
+            visiblePercentage: root._ended ? 1 : Math.min(percentage, animatedPercentage)
+            onPercentageChanged: QsLog.FLog.info("Progress: " + percentage)
+        }
+    }
+    readonly property Item controlView: Rectangle {
+        color: Style.lightAccentColor
+        border.width: 1
+        border.color: Style.accentColor(color)
+
+        BaseButton {
+            id: doneButton
+
+            objectName: "doneButton"
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: Style.baseGridSize
+            text: qsTr("Done")
+            enabled: root._ended
+            onClicked: root.requestFinished()
+        }
+    }
+    readonly property bool _ended: _updateFinishedState.active || _errorDuringUpdateState.active
+
+    signal requestError
+    signal requestFinished
+
+    // For a window that closes: ends a running download in good order. The unit stays in its
+    // bootloader, and its update can be resumed.
+    function stopUpdate() {
+        if (_taskState.active)
+            _updatingState.task.stopUpdate();
+    }
+
+    initialState: _updatingState
+    onEntered: QsLog.FLog.info("FirmwareUpdateState")
+
+    SignalTransition {
+        signal: root.requestFinished
+        targetState: _finalState
+        onTriggered: {
+            root.selectedDevice = undefined;
+            _updatingState.task.resetProgress();
+        }
+    }
+
+    State {
+        id: _updatingState
+
+        property AquenSolvarFirmwareUpdateTask task: AquenSolvarFirmwareUpdateTask {}
+
+        initialState: _dropToBootloaderState
+        onEntered: {
+            QsLog.FLog.info("UpdatingState");
+            QsLog.FLog.info("Updating device: " + root.selectedDevice);
+            QsLog.FLog.info("Updating device with serial: "
+                            + (root.selectedDevice ? root.selectedDevice.serialName : ""));
+            progressBar.progressBarText = qsTr("Preparing to update firmware…");
+        }
+
+        State {
+            id: _dropToBootloaderState
+
+            signal requestStartTask
+
+            onEntered: {
+                QsLog.FLog.info("DropToBootloaderState");
+                if (root.selectedDevice && root.selectedDevice.isDfu) {
+                    QsLog.FLog.info("Device already in Dfu, skipping DropToBootloaderState.");
+                    _updatingState.task = AquenSolvarTaskFactory.makeFirmwareUploadTask(root.selectedDevice);
+                    requestStartTask();
+                    return;
+                }
+                progressBar.progressBarText = qsTr("Preparing device to receive update…");
+                // The unit may have been unplugged since it was selected.
+                if (!root.selectedDevice || !root.selectedDevice.dropToBootloader()) {
+                    QsLog.FLog.info("Error while dropping to boot loader.");
+                    progressBar.progressBarText = qsTr("Error while dropping to boot loader.");
+                    root.requestError();
+                }
+            }
+
+            SignalTransition {
+                signal: root.aqSolWatcher.addedDFUDevice
+                targetState: _taskState
+                onTriggered: {
+                    QsLog.FLog.info("Dfu device detected after the device dropped to boot loader. " + device);
+                    _updatingState.task = AquenSolvarTaskFactory.makeFirmwareUploadTask(device);
+                }
+            }
+            SignalTransition {
+                signal: _dropToBootloaderState.requestStartTask
+                targetState: _taskState
+            }
+            SignalTransition {
+                signal: root.requestError
+                targetState: _errorDuringUpdateState
+            }
+        }
+
+        State {
+            id: _taskState
+
+            onEntered: {
+                QsLog.FLog.info("TaskState");
+                progressBar.progressBarText = qsTr("Updating firmware, please leave device connected…");
+                if (!_updatingState.task.uploadFirmware()) {
+                    QsLog.FLog.info("Error while starting to upload the firmware.");
+                    progressBar.progressBarText = qsTr("Error while starting to upload the firmware.");
+                    root.requestError();
+                }
+            }
+
+            SignalTransition {
+                signal: _updatingState.task.uploadFinsihed
+                targetState: _restartingDeviceState
+            }
+            SignalTransition {
+                signal: root.requestError
+                targetState: _errorDuringUpdateState
+            }
+            SignalTransition {
+                signal: _updatingState.task.uploadError
+                targetState: _errorDuringUpdateState
+                onTriggered: progressBar.progressBarText = errorString
+            }
+        }
+    }
+
+    State {
+        id: _restartingDeviceState
+
+        onEntered: {
+            QsLog.FLog.info("RestartingDeviceState");
+            progressBar.progressBarText = qsTr("Restarting device…");
+        }
+
+        SignalTransition {
+            signal: root.aqSolWatcher.addedDevice
+            targetState: _updateFinishedState
+        }
+    }
+
+    State {
+        id: _updateFinishedState
+
+        onEntered: {
+            QsLog.FLog.info("UpdateFinishedState");
+            progressBar.progressBarText = qsTr("Update successful!");
+            doneButton.forceActiveFocus();
+        }
+    }
+
+    State {
+        id: _errorDuringUpdateState
+
+        onEntered: {
+            QsLog.FLog.error("ErrorDuringUpdateState: Error during updating.");
+            doneButton.forceActiveFocus();
+        }
+    }
+
+    FinalState {
+        id: _finalState
+
+        onEntered: QsLog.FLog.info("FirmwareUpdateFinalState")
+    }
+}

@@ -1,0 +1,27 @@
+import QtQuick 2.9
+
+// Shows an item that lives elsewhere: takes it in, and lets it go when another one comes.
+Item {
+    id: root
+
+    property Item contentItem: Rectangle {
+        color: "grey"
+    }
+    property Item _previousContentItem: null
+
+    function _takeContentItem() {
+        var previous = _previousContentItem;
+        if (previous && previous !== contentItem && previous.parent === root) {
+            previous.anchors.fill = undefined;
+            previous.parent = null;
+        }
+        _previousContentItem = contentItem;
+        if (contentItem) {
+            contentItem.parent = root;
+            contentItem.anchors.fill = root;
+        }
+    }
+
+    onContentItemChanged: _takeContentItem()
+    Component.onCompleted: _takeContentItem()
+}

@@ -1,0 +1,166 @@
+import QtQuick 2.9
+import QtQuick.Controls 1.4
+import QtQml.StateMachine 1.0
+import AquenSolvar 1.0
+import USB 1.0
+import qslog 1.0 as QsLog
+import "."
+
+ApplicationWindow {
+    id: window
+
+    // One property, so that the three bounds change together.
+    readonly property int _fixedHeight: _firmwareUpdateState.active ? 125 : 400
+
+    title: qsTr("Aquen/Solvar Updater")
+    visible: true
+    width: 600
+    minimumWidth: 600
+    maximumWidth: 600
+    height: _fixedHeight
+    minimumHeight: _fixedHeight
+    maximumHeight: _fixedHeight
+
+    Component.onCompleted: QsLog.FLog.info("main.qml component loaded")
+    onClosing: _firmwareUpdateState.stopUpdate()
+
+    LibusbDeviceEnumerator {
+        id: _libusbDeviceEnumerator
+    }
+
+    AqSolWatcher {
+        id: _aqSolWatcher
+    }
+
+    AquenSolvarListModel {
+        id: _aquenSolvarListModel
+
+        onCountChanged: QsLog.FLog.info("List of devices have changed: " + count)
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Style.inverseColor
+    }
+
+    Placeholder {
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: footer.top
+        anchors.margins: Style.baseGridSize
+        contentItem: _firmwareUpdateState.active ? _firmwareUpdateState.progressView
+                                                 : _defaultState.aquenSolvarListView
+    }
+
+    Placeholder {
+        id: footer
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: parent.bottom
+        height: Style.hugeGridSize + Style.smallGridSize
+        contentItem: _firmwareUpdateState.active ? _firmwareUpdateState.controlView
+                                                 : _defaultState.controlView
+    }
+
+    StateMachine {
+        id: _stateMachine
+
+        objectName: "AquenSolvarUpdaterStateMachine"
+        initialState: _initializeWatcherState
+
+        State {
+            id: _initializeWatcherState
+
+            signal requestError
+            signal requestProceed
+
+            onEntered: {
+                QsLog.FLog.info("Initializing watcher...");
+                if (!_libusbDeviceEnumerator.init(window)) {
+                    requestError();
+                    return;
+                }
+                if (!_aqSolWatcher.init(_libusbDeviceEnumerator)) {
+                    requestError();
+                    return;
+                }
+                _aquenSolvarListModel.addAqSolWatcher(_aqSolWatcher);
+                requestProceed();
+            }
+
+            SignalTransition {
+                signal: _initializeWatcherState.requestError
+                targetState: _errorDuringInitState
+            }
+            SignalTransition {
+                signal: _initializeWatcherState.requestProceed
+                targetState: _runningState
+            }
+        }
+
+        State {
+            id: _runningState
+
+            initialState: _defaultState
+            onEntered: QsLog.FLog.info("Running...")
+
+            State {
+                id: _defaultState
+
+                property Item aquenSolvarListView: DeviceListView {
+                    devices: _aquenSolvarListModel
+                    searching: _defaultState.active
+                    onRequestUpdate: {
+                        QsLog.FLog.info("Selected device serial: " + device.serialName);
+                        _firmwareUpdateState.selectedDevice = device;
+                        _defaultState.requestUpdate();
+                    }
+                }
+                property Item controlView: Rectangle {
+                    color: Style.lightAccentColor
+                    border.width: 1
+                    border.color: Style.accentColor(color)
+
+                    BaseButton {
+                        objectName: "quitButton"
+                        anchors.left: parent.left
+                        anchors.bottom: parent.bottom
+                        anchors.margins: Style.baseGridSize
+                        text: qsTr("Quit")
+                        backgroundColor: Style.inverseColor
+                        textColor: Style.darkColor
+                        onClicked: window.close()
+                    }
+                }
+
+                signal requestUpdate
+
+                onEntered: QsLog.FLog.info("DefaultState")
+
+                SignalTransition {
+                    signal: _defaultState.requestUpdate
+                    targetState: _firmwareUpdateState
+                }
+            }
+
+            FirmwareUpdateState {
+                id: _firmwareUpdateState
+
+                aqSolWatcher: _aqSolWatcher
+
+                SignalTransition {
+                    signal: _firmwareUpdateState.finished
+                    targetState: _defaultState
+                }
+            }
+        }
+
+        FinalState {
+            id: _errorDuringInitState
+
+            onEntered: QsLog.FLog.error("Error during initializing...")
+        }
+    }
+}

@@ -1,0 +1,24 @@
+#include "AquenSolvarDfuDevice.h"
+
+#include "UnitKind.h"
+
+namespace AquenSolvar {
+namespace Device {
+
+AquenSolvarDfuDevice::AquenSolvarDfuDevice(USB::P_LibUsbDevice record)
+    : m_record(std::move(record))
+{
+    const UnitKind* kind = m_record ? unitKindOf(m_record->descriptor.idProduct) : nullptr;
+    if (kind == nullptr || !kind->dfu)
+        return;
+    m_deviceType = kind->type;
+    m_serialName = QString::fromLatin1(kind->serialName);
+}
+
+QString AquenSolvarDfuDevice::sectionName() const
+{
+    return tr("DFU Devices");
+}
+
+} // namespace Device
+} // namespace AquenSolvar

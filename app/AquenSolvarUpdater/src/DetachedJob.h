@@ -1,0 +1,29 @@
+#pragma once
+
+#include "DFUDownloadJob.h"
+
+#include <QObject>
+
+namespace AquenSolvar {
+namespace Device {
+
+/// Keeps a download job alive that nobody refers to any more and deletes it when its thread has
+/// ended. A child of the application object, whose end stops the job. GUI thread.
+class DetachedJob : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Takes over a running job.
+    static void adopt(DFUDownloadJob* job);
+
+    ~DetachedJob() override;
+
+private:
+    DetachedJob(DFUDownloadJob* job, QObject* parent);
+
+    DFUDownloadJob* m_job; // owned; left alone when it cannot be ended
+};
+
+} // namespace Device
+} // namespace AquenSolvar

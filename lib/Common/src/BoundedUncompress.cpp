@@ -1,0 +1,79 @@
+#include "BoundedUncompress.h"
+
+#include <QtEndian>
+
+#include <zlib.h>
+
+#include <algorithm>
+
+namespace Common {
+
+namespace {
+
+constexpr int lengthPrefixSize = 4;
+constexpr int outputStep = 64 * 1024;
+
+class InflateStream
+{
+public:
+    explicit InflateStream(const QByteArray& input)
+    {
+        // zlib reads the input only; its interface predates const.
+        m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input.constData()));
+        m_stream.avail_in = static_cast<uInt>(input.size());
+        m_ready = inflateInit(&m_stream) == Z_OK;
+    }
+    InflateStream(const InflateStream&) = delete;
+    InflateStream& operator=(const InflateStream&) = delete;
+    ~InflateStream()
+    {
+        if (m_ready)
+            inflateEnd(&m_stream);
+    }
+
+    std::optional<QByteArray> unpack(int maximumSize)
+    {
+        if (!m_ready)
+            return std::nullopt;
+        QByteArray output;
+        for (;;) {
+            const int used = output.size();
+            // One byte beyond the maximum is room enough to tell that there is more.
+            const int room =
+                static_cast<int>(std::min<qint64>(outputStep, qint64(maximumSize) - used + 1));
+            output.resize(used + room);
+            m_stream.next_out = reinterpret_cast<Bytef*>(output.data() + used);
+            m_stream.avail_out = static_cast<uInt>(room);
+            const int result = inflate(&m_stream, Z_NO_FLUSH);
+            output.resize(used + room - static_cast<int>(m_stream.avail_out));
+            if (output.size() > maximumSize)
+                return std::nullopt;
+            if (result == Z_STREAM_END)
+                return output;
+            if (result != Z_OK)
+                return std::nullopt;
+        }
+    }
+
+private:
+    z_stream m_stream{};
+    bool m_ready = false;
+};
+
+} // namespace
+
+std::optional<QByteArray> boundedUncompress(const QByteArray& compressed, int maximumSize)
+{
+    if (compressed.size() < lengthPrefixSize)
+        return std::nullopt;
+    const auto statedSize = qFromBigEndian<quint32>(compressed.constData());
+    if (statedSize > static_cast<quint32>(maximumSize))
+        return std::nullopt;
+    // qCompress() of nothing is the prefix alone.
+    if (compressed.size() == lengthPrefixSize)
+        return statedSize == 0 ? std::optional<QByteArray>(QByteArray()) : std::nullopt;
+    const QByteArray stream = compressed.mid(lengthPrefixSize);
+    return InflateStream(stream).unpack(maximumSize);
+}
+
+} // namespace Common

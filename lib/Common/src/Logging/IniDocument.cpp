@@ -1,0 +1,71 @@
+#include "IniDocument.h"
+
+#include <QStringList>
+
+namespace Common {
+
+std::optional<QString> IniSection::value(const QString& key) const
+{
+    const auto found = m_values.constFind(key.toCaseFolded());
+    return found == m_values.constEnd() ? std::nullopt : std::optional<QString>(*found);
+}
+
+void IniSection::setValue(const QString& key, const QString& value)
+{
+    m_values.insert(key.toCaseFolded(), value);
+}
+
+std::optional<IniDocument> IniDocument::parse(const QByteArray& text)
+{
+    if (text.size() > maximumSize)
+        return std::nullopt;
+    IniDocument document;
+    // Decoded in one piece: each decoding skips a byte order mark, and only the first may go.
+    const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        if (!document.parseLine(line.trimmed()))
+            return std::nullopt;
+    }
+    return document;
+}
+
+bool IniDocument::parseLine(const QString& line)
+{
+    if (line.isEmpty() || line.startsWith(QLatin1Char(';')) || line.startsWith(QLatin1Char('#')))
+        return true;
+    if (line.startsWith(QLatin1Char('['))) {
+        const QString name = line.mid(1, line.size() - 2).trimmed();
+        if (line.indexOf(QLatin1Char(']')) != line.size() - 1 || name.isEmpty())
+            return false;
+        enterSection(name);
+        return true;
+    }
+    const int separator = line.indexOf(QLatin1Char('='));
+    const QString key = line.left(separator).trimmed();
+    if (separator < 0 || key.isEmpty())
+        return false;
+    if (m_current)
+        m_sections[*m_current].setValue(key, line.mid(separator + 1).trimmed());
+    return true;
+}
+
+void IniDocument::enterSection(const QString& name)
+{
+    const QString folded = name.toCaseFolded();
+    const auto known = m_indexByName.constFind(folded);
+    if (known != m_indexByName.constEnd()) {
+        m_current = *known;
+        return;
+    }
+    m_current = m_sections.size();
+    m_indexByName.insert(folded, m_sections.size());
+    m_sections.emplace_back(name);
+}
+
+const IniSection* IniDocument::section(const QString& name) const
+{
+    const auto found = m_indexByName.constFind(name.toCaseFolded());
+    return found == m_indexByName.constEnd() ? nullptr : &m_sections[*found];
+}
+
+} // namespace Common

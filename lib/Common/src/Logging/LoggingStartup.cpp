@@ -1,0 +1,56 @@
+#include "LoggingStartup.h"
+
+#include "BuildType.h"
+#include "LoggingConfiguration.h"
+#include "Paths.h"
+#include "SettingsFileWatcher.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QPointer>
+#include <QtDebug>
+
+namespace Common {
+
+namespace {
+
+void watchUserSettings(const LoggingFiles& files, bool allowDebugLevels)
+{
+    static QPointer<SettingsFileWatcher> processWide;
+    delete processWide;
+    processWide = new SettingsFileWatcher(files.userIniPath, QCoreApplication::instance());
+    QObject::connect(processWide, &SettingsFileWatcher::fileChanged, processWide,
+                     [logDirectory = files.logDirectory, allowDebugLevels](const QString& path) {
+                         qDebug() << "Reload logging configuration from" << path;
+                         loadLoggingConfiguration(path, logDirectory, allowDebugLevels);
+                     });
+}
+
+} // namespace
+
+LoggingFiles LoggingFiles::standard()
+{
+    const QString name = QStringLiteral("Logging.ini");
+    return {Paths::logDirectory(), Paths::settingsFilename(name),
+            Paths::userSettingsFilename(name)};
+}
+
+void startLogging(const LoggingFiles& files, bool allowDebugLevels)
+{
+    const QString logDirectory = QDir(files.logDirectory).absolutePath();
+    if (!QDir().mkpath(logDirectory))
+        qDebug() << "Could not make directory for log files:" << logDirectory;
+    for (const QString& path : {files.applicationIniPath, files.userIniPath}) {
+        qDebug() << "Loading logging configuration from" << path;
+        loadLoggingConfiguration(path, files.logDirectory, allowDebugLevels);
+    }
+    if (allowDebugLevels)
+        watchUserSettings(files, allowDebugLevels);
+}
+
+void startLogging()
+{
+    startLogging(LoggingFiles::standard(), !BuildType::isRelease());
+}
+
+} // namespace Common

@@ -1,0 +1,103 @@
+#include "ControlTransfer.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace USB {
+
+namespace {
+
+constexpr int abortCheckIntervalUs = 100000;
+
+struct Completion
+{
+    // Read by libusb under its own locks to end a wait early.
+    int forLibusb = 0;
+    // The callback may run on whichever thread handles events.
+    std::atomic<bool> done{false};
+};
+
+void LIBUSB_CALL transferDone(libusb_transfer* transfer)
+{
+    auto* completion = static_cast<Completion*>(transfer->user_data);
+    completion->forLibusb = 1;
+    completion->done.store(true, std::memory_order_release);
+}
+
+int resultOf(const libusb_transfer& transfer)
+{
+    switch (transfer.status) {
+    case LIBUSB_TRANSFER_COMPLETED:
+        return transfer.actual_length;
+    case LIBUSB_TRANSFER_TIMED_OUT:
+        return LIBUSB_ERROR_TIMEOUT;
+    case LIBUSB_TRANSFER_STALL:
+        return LIBUSB_ERROR_PIPE;
+    case LIBUSB_TRANSFER_NO_DEVICE:
+        return LIBUSB_ERROR_NO_DEVICE;
+    case LIBUSB_TRANSFER_OVERFLOW:
+        return LIBUSB_ERROR_OVERFLOW;
+    case LIBUSB_TRANSFER_ERROR:
+    case LIBUSB_TRANSFER_CANCELLED:
+        return LIBUSB_ERROR_IO;
+    }
+    return LIBUSB_ERROR_OTHER;
+}
+
+// Returns when the transfer has ended, whatever its end. A submitted transfer belongs to libusb
+// until then, so there is no way out before. True when it was called off.
+bool waitForEnd(libusb_transfer* transfer, Completion& completion, const std::atomic<bool>& aborted)
+{
+    bool cancelled = false;
+    bool calledOff = false;
+    while (!completion.done.load(std::memory_order_acquire)) {
+        timeval interval = {0, abortCheckIntervalUs};
+        const int result =
+            libusb_handle_events_timeout_completed(nullptr, &interval, &completion.forLibusb);
+        const bool broken = result < 0 && result != LIBUSB_ERROR_INTERRUPTED;
+        if ((broken || aborted) && !cancelled && !completion.done.load(std::memory_order_acquire)) {
+            calledOff = aborted;
+            cancelled = true;
+            libusb_cancel_transfer(transfer);
+        }
+    }
+    return calledOff;
+}
+
+} // namespace
+
+int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
+                    unsigned char* data, quint16 length, const std::atomic<bool>& aborted)
+{
+    if (aborted)
+        return LIBUSB_ERROR_INTERRUPTED;
+    const std::unique_ptr<libusb_transfer, decltype(&libusb_free_transfer)> transfer(
+        libusb_alloc_transfer(0), &libusb_free_transfer);
+    if (!transfer)
+        return LIBUSB_ERROR_NO_MEM;
+
+    std::vector<unsigned char> buffer(LIBUSB_CONTROL_SETUP_SIZE + std::size_t(length));
+    const auto payload = buffer.begin() + LIBUSB_CONTROL_SETUP_SIZE;
+    libusb_fill_control_setup(buffer.data(), request.requestType, request.request, request.value,
+                              request.index, length);
+    const bool in = (request.requestType & LIBUSB_ENDPOINT_IN) != 0;
+    if (!in)
+        std::copy(data, data + length, payload);
+
+    Completion completion;
+    libusb_fill_control_transfer(transfer.get(), handle, buffer.data(), &transferDone, &completion,
+                                 request.timeoutMs);
+    const int submitted = libusb_submit_transfer(transfer.get());
+    if (submitted < 0)
+        return submitted;
+    const bool calledOff = waitForEnd(transfer.get(), completion, aborted);
+    if (calledOff && transfer->status == LIBUSB_TRANSFER_CANCELLED)
+        return LIBUSB_ERROR_INTERRUPTED;
+    const int result = resultOf(*transfer);
+    if (in && result > 0)
+        std::copy(payload, payload + result, data);
+    return result;
+}
+
+} // namespace USB

@@ -1,0 +1,11 @@
+#include "LibusbUSBNotifier.h"
+#include "USBNotifierFactory.h"
+
+namespace USB {
+
+I_USBNotifier* makeUSBNotifier(QObject* parent, QObject*)
+{
+    return new LibusbUSBNotifier(parent);
+}
+
+} // namespace USB

@@ -1,0 +1,10 @@
+#include "USBNotifierFactory.h"
+
+namespace USB {
+
+I_USBNotifier* makeUSBNotifier(QObject*, QObject*)
+{
+    return nullptr; // there is no notifier for macOS
+}
+
+} // namespace USB

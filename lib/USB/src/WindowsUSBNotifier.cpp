@@ -1,0 +1,69 @@
+#include "WindowsUSBNotifier.h"
+
+#include "Log.h"
+#include "WindowsDeviceName.h"
+
+#include <QCoreApplication>
+
+#include <windows.h>
+
+#include <dbt.h>
+
+namespace USB {
+
+namespace {
+
+// GUID_DEVINTERFACE_USB_DEVICE
+constexpr GUID usbDeviceInterface = {
+    0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
+
+} // namespace
+
+WindowsUSBNotifier::WindowsUSBNotifier(QObject* parent, WId windowHandle)
+    : I_USBNotifier(parent)
+{
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    registerUSBNotification(windowHandle);
+}
+
+void WindowsUSBNotifier::registerUSBNotification(WId windowHandle)
+{
+    DEV_BROADCAST_DEVICEINTERFACE_W filter = {};
+    filter.dbcc_size = sizeof filter;
+    filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+    filter.dbcc_classguid = usbDeviceInterface;
+    const HDEVNOTIFY registration = RegisterDeviceNotificationW(
+        reinterpret_cast<HWND>(windowHandle), &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+    if (registration == nullptr)
+        QLOG_ERROR() << "Could not register for device notification";
+}
+
+bool WindowsUSBNotifier::nativeEventFilter(const QByteArray&, void* message, long*)
+{
+    const auto* nativeMessage = static_cast<const MSG*>(message);
+    if (nativeMessage->message != WM_DEVICECHANGE)
+        return false;
+    const WPARAM event = nativeMessage->wParam;
+    if (event != DBT_DEVICEARRIVAL && event != DBT_DEVICEREMOVECOMPLETE)
+        return false;
+    const auto* header = reinterpret_cast<const DEV_BROADCAST_HDR*>(nativeMessage->lParam);
+    if (header == nullptr || header->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE)
+        return false;
+    const auto* device = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
+    quint16 vid = 0;
+    quint16 pid = 0;
+    if (!parseDeviceName(device->dbcc_name, vid, pid))
+        return false;
+    if (event == DBT_DEVICEARRIVAL)
+        emit USBAttachmentNotification(vid, pid);
+    else
+        emit USBRemovalNotification(vid, pid);
+    return false;
+}
+
+bool WindowsUSBNotifier::parseDeviceName(const wchar_t* name, quint16& vid, quint16& pid)
+{
+    return parseWindowsDeviceName(QString::fromWCharArray(name), vid, pid);
+}
+
+} // namespace USB

@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
+# for no rights, when all are there.
+#   scripts/install-packages.sh [--list] PURPOSE…
+# Purposes: build run test demo lint coverage benchmark wayland. --list prints the packages and installs nothing.
+set -euo pipefail
+
+packages_for() {
+    case $1 in
+        # Compilers and the headers of what the program and its tools link.
+        build) echo g++ cmake ninja-build ccache pkg-config git ca-certificates \
+            qtbase5-dev qtdeclarative5-dev libqt5svg5-dev libusb-1.0-0-dev zlib1g-dev \
+            libjs-underscore libumockdev-dev libglib2.0-dev ;;
+        # What the program loads when it runs: QML modules, the image plugin for icons, a font, and
+        # OpenGL for machines without a graphics card.
+        run) echo qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts \
+            qml-module-qtquick-controls qml-module-qtqml-statemachine \
+            qml-module-qtgraphicaleffects libqt5svg5 libusb-1.0-0 fonts-dejavu-core \
+            libgl1-mesa-dri ;;
+        # The virtual bus and the tools of others that judge the virtual units.
+        test) echo qml-module-qttest umockdev dfu-util usbutils python3 ;;
+        # A screen without a monitor, and hands on it.
+        demo) echo umockdev xvfb xdotool imagemagick python3 ;;
+        lint) echo clang-format qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
+        coverage) echo gcovr ;;
+        benchmark) echo libbenchmark-dev ;;
+        wayland) echo qtwayland5 ;;
+        *)
+            echo "install-packages.sh: unknown purpose: $1" >&2
+            return 2
+            ;;
+    esac
+}
+
+# The packages of the list given as arguments that are not installed.
+missing_of() {
+    local installed package
+    # dpkg-query complains of names that it has never heard of; those are missing as well.
+    installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null || true)
+    for package in "$@"; do
+        grep -qxF "installed $package" <<<"$installed" || echo "$package"
+    done
+}
+
+main() {
+    local list_only=
+    if [[ ${1:-} == --list ]]; then
+        list_only=1
+        shift
+    fi
+    local purpose names wanted=() missing=() as_root=()
+    for purpose in "$@"; do
+        names=$(packages_for "$purpose") || exit 2
+        read -ra names <<<"$names"
+        wanted+=("${names[@]}")
+    done
+    if [[ ${#wanted[@]} -eq 0 ]]; then
+        echo "usage: install-packages.sh [--list] PURPOSE…" >&2
+        exit 2
+    fi
+    mapfile -t wanted < <(printf '%s\n' "${wanted[@]}" | sort -u)
+    if [[ -n $list_only ]]; then
+        printf '%s\n' "${wanted[@]}"
+        return
+    fi
+    if ! command -v dpkg-query >/dev/null; then
+        echo "install-packages.sh: this is no Debian system; needed are the equivalents of:" \
+            "${wanted[*]}" >&2
+        exit 1
+    fi
+
+    mapfile -t missing < <(missing_of "${wanted[@]}")
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+    echo "Installing Debian packages: ${missing[*]}"
+    if [[ $(id -u) -ne 0 ]]; then
+        if ! command -v sudo >/dev/null; then
+            echo "install-packages.sh: not root and no sudo; run as root:" \
+                "apt-get install ${missing[*]}" >&2
+            exit 1
+        fi
+        as_root=(sudo)
+    fi
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y
+        -o DPkg::Lock::Timeout=300)
+    "${apt[@]}" update
+    "${apt[@]}" install --no-install-recommends "${missing[@]}" </dev/null
+}
+
+main "$@"

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Runs a command on an X server of its own, without a monitor, and returns its status.
+#   scripts/virtual-display.sh COMMAND…
+set -uo pipefail
+
+ready=$(mktemp)
+trap 'rm -f "$ready"' EXIT
+# The server picks a free display number and says which.
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$ready" >/dev/null 2>&1 &
+server=$!
+trap 'kill "$server" 2>/dev/null; wait "$server" 2>/dev/null; rm -f "$ready"' EXIT
+for _ in {1..100}; do
+    [[ ! -s $ready ]] || break
+    kill -0 "$server" 2>/dev/null || break
+    sleep 0.1
+done
+if [[ ! -s $ready ]]; then
+    echo "virtual-display.sh: Xvfb did not start" >&2
+    exit 1
+fi
+unset WAYLAND_DISPLAY XAUTHORITY
+DISPLAY=:$(<"$ready") "$@"

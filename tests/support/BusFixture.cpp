@@ -1,0 +1,98 @@
+#include "BusFixture.h"
+
+#include "PFlibusb.h"
+
+#include <QThread>
+
+#include <algorithm>
+
+using namespace VirtualUnit;
+
+BusFixture::BusFixture()
+{
+    USB::LibUSB::instance().init();
+}
+
+P_Unit BusFixture::plug(const UnitSetup& setup)
+{
+    const auto unit = std::make_shared<Unit>(setup);
+    unit->adjust([](Knobs& knobs) {
+        knobs.eraseTime = milliseconds(0);
+        knobs.programTime = milliseconds(0);
+        knobs.leaveDelay = milliseconds(10);
+        knobs.returnDelay = milliseconds(200);
+    });
+    m_units.push_back(unit);
+    m_bus.plug(unit);
+    return unit;
+}
+
+P_Unit BusFixture::plugBootloader(Kind kind)
+{
+    UnitSetup setup;
+    setup.kind = kind;
+    setup.mode = Mode::Bootloader;
+    return plug(setup);
+}
+
+P_Unit BusFixture::plugApplication(const std::string& serial, const std::string& firmware,
+                                   Kind kind)
+{
+    UnitSetup setup;
+    setup.kind = kind;
+    setup.serialName = serial;
+    setup.firmware = firmware;
+    return plug(setup);
+}
+
+void BusFixture::unplug(const P_Unit& unit)
+{
+    m_bus.unplug(unit);
+    m_units.erase(std::remove(m_units.begin(), m_units.end(), unit), m_units.end());
+}
+
+void BusFixture::unplugAll()
+{
+    while (!m_units.empty())
+        unplug(m_units.back());
+}
+
+USB::P_LibUsbDevice BusFixture::awaitRecord(quint16 productId)
+{
+    USB::P_LibUsbDevice record;
+    waitFor([&] {
+        const auto found = USB::LibUSB::instance().find(0x16D0, productId);
+        record = found.size() == 1 ? found.first() : USB::P_LibUsbDevice();
+        return !record.isNull();
+    });
+    return record;
+}
+
+bool BusFixture::awaitGone(quint16 productId)
+{
+    return waitFor([&] { return USB::LibUSB::instance().find(0x16D0, productId).isEmpty(); });
+}
+
+bool waitFor(const std::function<bool()>& condition, int milliseconds)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!condition()) {
+        if (time.elapsed() > milliseconds)
+            return false;
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QThread::msleep(2);
+    }
+    return true;
+}
+
+QByteArray toByteArray(const Bytes& bytes)
+{
+    return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
+}
+
+Bytes toBytes(const QByteArray& bytes)
+{
+    return Bytes(bytes.begin(), bytes.end());
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "LibUsbDevice.h"
+#include "Unit.h"
+#include "VirtualBus.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <functional>
+
+/// A bus of virtual units in this process, seen through the real libusb. One per program, made
+/// before anything uses libusb. Main thread.
+class BusFixture
+{
+public:
+    BusFixture();
+
+    /// Makes a unit that works without delays worth waiting for, and plugs it in.
+    VirtualUnit::P_Unit plug(const VirtualUnit::UnitSetup& setup);
+    VirtualUnit::P_Unit plugBootloader(VirtualUnit::Kind kind = VirtualUnit::Kind::Aquen);
+    VirtualUnit::P_Unit plugApplication(const std::string& serial, const std::string& firmware,
+                                        VirtualUnit::Kind kind = VirtualUnit::Kind::Aquen);
+    void unplug(const VirtualUnit::P_Unit& unit);
+    void unplugAll();
+
+    /// The record of the one attached device of that product id; null when it does not come within
+    /// 5 s.
+    USB::P_LibUsbDevice awaitRecord(quint16 productId);
+    bool awaitGone(quint16 productId);
+
+    VirtualUnit::VirtualBus& bus() { return m_bus; }
+
+private:
+    VirtualUnit::VirtualBus m_bus;
+    std::vector<VirtualUnit::P_Unit> m_units;
+};
+
+/// Serves this thread's events until the condition holds; false after @p milliseconds.
+bool waitFor(const std::function<bool()>& condition, int milliseconds = 5000);
+
+/// Bytes of the simulator as the product has them, and back.
+QByteArray toByteArray(const VirtualUnit::Bytes& bytes);
+VirtualUnit::Bytes toBytes(const QByteArray& bytes);

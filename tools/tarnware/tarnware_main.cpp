@@ -1,0 +1,13 @@
+#include "Tarnware.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QTextStream output(stdout);
+    QTextStream errors(stderr);
+    return Tarnware(output, errors).run(QCoreApplication::arguments().mid(1));
+}
