@@ -43,69 +43,23 @@ int tellCapabilities(UMockdevIoctlClient* client)
 
 } // namespace
 
-/// What is remembered of a client until it goes.
-struct DeviceNode::Watch
-{
-    std::weak_ptr<DeviceNode> node;
-    std::shared_ptr<ClientCount> clients;
-};
-
-DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler,
-                       std::shared_ptr<ClientCount> clients, const std::string& fifo,
+DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const std::string& fifo,
                        OnDeparture onDeparture)
     : m_unit(std::move(unit))
     , m_scheduler(std::move(scheduler))
-    , m_clients(std::move(clients))
     , m_onDeparture(std::move(onDeparture))
     , m_gate(fifo)
 {
 }
 
-GObjectPtr<UMockdevIoctlBase> DeviceNode::makeHandler()
-{
-    using Self = std::shared_ptr<DeviceNode>;
-    GObjectPtr<UMockdevIoctlBase> handler(umockdev_ioctl_base_new());
-    const auto connect = [&](const char* signal, GCallback callback) {
-        const GClosureNotify drop = [](gpointer self, GClosure*) {
-            const std::unique_ptr<Self> last(static_cast<Self*>(self));
-        };
-        g_signal_connect_data(handler.get(), signal, callback, new Self(shared_from_this()), drop,
-                              static_cast<GConnectFlags>(0));
-    };
-    connect("handle-ioctl", G_CALLBACK(&DeviceNode::onIoctl));
-    connect("client-connected", G_CALLBACK(&DeviceNode::onConnected));
-    return handler;
-}
-
-gboolean DeviceNode::onIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node)
-{
-    return (*static_cast<std::shared_ptr<DeviceNode>*>(node))->handleIoctl(client) ? TRUE : FALSE;
-}
-
-void DeviceNode::onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node)
-{
-    // The testbed has a signal for a client that goes, but never emits it.
-    const auto self = *static_cast<std::shared_ptr<DeviceNode>*>(node);
-    self->m_clients->change(1);
-    g_object_weak_ref(G_OBJECT(client), &DeviceNode::onVanished, new Watch{self, self->m_clients});
-}
-
-void DeviceNode::onVanished(gpointer watch, GObject* client)
-{
-    const std::unique_ptr<Watch> ended(static_cast<Watch*>(watch));
-    if (const auto self = ended->node.lock())
-        self->clientVanished(client);
-    ended->clients->change(-1);
-}
-
-bool DeviceNode::handleIoctl(UMockdevIoctlClient* client)
+void DeviceNode::handleIoctl(UMockdevIoctlClient* client)
 {
     int error = 0;
     switch (umockdev_ioctl_client_get_request(client)) {
     case USBDEVFS_REAPURB:
     case USBDEVFS_REAPURBNDELAY:
         collect(client);
-        return true;
+        return;
     case USBDEVFS_SUBMITURB:
         error = submit(client);
         break;
@@ -141,7 +95,6 @@ bool DeviceNode::handleIoctl(UMockdevIoctlClient* client)
         break;
     }
     umockdev_ioctl_client_complete(client, error == 0 ? 0 : -1, error);
-    return true;
 }
 
 int DeviceNode::submit(UMockdevIoctlClient* client)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ClientCount.h"
 #include "Gate.h"
 #include "Scheduler.h"
 #include "Unit.h"
@@ -21,24 +20,18 @@ public:
 
     /// \a onDeparture is called, with the delay of the answer, when the unit says that it leaves;
     /// it must not call the node.
-    DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler,
-               std::shared_ptr<ClientCount> clients, const std::string& fifo,
+    DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const std::string& fifo,
                OnDeparture onDeparture);
 
-    /// Makes the object that the testbed calls. It keeps the node alive.
-    GObjectPtr<UMockdevIoctlBase> makeHandler();
+    /// Completes the client's ioctl, on the bus's thread.
+    void handleIoctl(UMockdevIoctlClient* client);
+    /// The client has closed the node: what it left behind is dropped.
+    void clientVanished(const void* client);
 
     /// The unit is gone: requests in flight end with -ESHUTDOWN, new ones get ENODEV.
     void shutDown();
 
 private:
-    struct Watch;
-
-    static gboolean onIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node);
-    static void onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node);
-    static void onVanished(gpointer watch, GObject* client);
-
-    bool handleIoctl(UMockdevIoctlClient* client);
     int submit(UMockdevIoctlClient* client);
     void collect(UMockdevIoctlClient* client);
     int discard(UMockdevIoctlClient* client);
@@ -48,7 +41,6 @@ private:
     int setInterface(UMockdevIoctlClient* client);
     int setConfiguration(UMockdevIoctlClient* client);
     int reset();
-    void clientVanished(const void* client);
 
     Answer ask(const SetupPacket& setup, const Bytes& data);
     void finishLater(const Answer& answer, const std::shared_ptr<Urb>& urb);
@@ -57,7 +49,6 @@ private:
 
     const P_Unit m_unit;
     const std::shared_ptr<Scheduler> m_scheduler;
-    const std::shared_ptr<ClientCount> m_clients;
     std::mutex m_mutex;
     OnDeparture m_onDeparture;
     Gate m_gate;

@@ -136,9 +136,8 @@ Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
 {
     const std::string node = nodePath(place.device);
     Attachment attachment;
-    attachment.node =
-        std::make_shared<DeviceNode>(unit, scheduler, m_clients, m_root + node, onDeparture);
-    attachment.handler = attachment.node->makeHandler();
+    attachment.node = std::make_shared<DeviceNode>(unit, scheduler, m_root + node, onDeparture);
+    attachment.handler = serveIoctls(attachment.node, m_clients);
     // The node answers before anyone hears of it.
     GError* error = nullptr;
     if (umockdev_testbed_attach_ioctl(m_testbed.get(), node.c_str(), attachment.handler.get(),

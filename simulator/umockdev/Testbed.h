@@ -1,6 +1,6 @@
 #pragma once
 
-#include "DeviceNode.h"
+#include "IoctlServer.h"
 
 namespace VirtualUnit {
 

@@ -31,7 +31,7 @@ public:
     VirtualBus();
     VirtualBus(const VirtualBus&) = delete;
     VirtualBus& operator=(const VirtualBus&) = delete;
-    /// Takes all units off. Clients should have closed them.
+    /// Takes all units off. Clients that have one open are told that it is gone; they cost 200 ms.
     ~VirtualBus();
 
     /// Whether the library is preloaded into this process.

@@ -44,10 +44,11 @@ class CommandLine(BusTestCase):
                     [VIRTUALBUS, "--unit", "aquen", "--", "sh", "-c",
                      "trap 'exit 33' TERM INT; echo ready; while :; do sleep 0.05; done"],
                     stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-                self.assertEqual(process.stdout.readline(), b"ready\n")
-                process.send_signal(number)
-                self.assertEqual(process.wait(20), 33)
-                process.stdout.close()
+                with process.stdout as out:
+                    self.addCleanup(process.kill)
+                    self.assertEqual(out.readline(), b"ready\n")
+                    process.send_signal(number)
+                    self.assertEqual(process.wait(20), 33)
 
     def test_script(self):
         script = self.write("script", b"# a washing unit comes late\n\n0.3 plug late\n"
