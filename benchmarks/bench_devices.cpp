@@ -2,8 +2,7 @@
 
 #include <benchmark/benchmark.h>
 
-namespace
-{
+namespace {
 
 void parseLayoutString(benchmark::State& state)
 {

@@ -28,6 +28,7 @@ int spawn(const std::vector<std::string>& arguments, int& process)
 {
     std::vector<std::string> copies = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& argument : copies)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

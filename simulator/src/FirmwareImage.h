@@ -25,8 +25,8 @@ constexpr std::size_t MinimumImageSize = 64;
 constexpr std::size_t MaximumVersionLength = 15;
 
 /// Makes a valid image of exactly \a size bytes that says \a version. Images that
-/// differ in size, version or \a seed differ throughout. Throws std::invalid_argument when the size is
-/// below MinimumImageSize or the version is longer than MaximumVersionLength.
+/// differ in size, version or \a seed differ throughout. Throws std::invalid_argument when the size
+/// is below MinimumImageSize or the version is longer than MaximumVersionLength.
 Bytes makeImage(std::size_t size, const std::string& version, std::uint32_t seed = 1);
 
 /// The facts of the image that \a memory begins with (more may follow it); none unless it is valid.

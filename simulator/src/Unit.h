@@ -18,7 +18,7 @@ struct UnitSetup
     /// Version of the image in its flash. Without one the flash is erased: such a unit starts as a
     /// bootloader whatever `mode` says, as after an interrupted update.
     std::optional<std::string> firmware;
-    std::size_t imageSize = 16 * 1024; ///< of that image, in bytes
+    std::size_t imageSize = 16384; ///< of that image, in bytes
     std::uint32_t schemaVersion = 5;
     std::string usbSerial = "000000000001";
 };

@@ -43,10 +43,19 @@ int tellCapabilities(UMockdevIoctlClient* client)
 
 } // namespace
 
-DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const std::string& fifo,
+/// What is remembered of a client until it goes.
+struct DeviceNode::Watch
+{
+    std::weak_ptr<DeviceNode> node;
+    std::shared_ptr<ClientCount> clients;
+};
+
+DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler,
+                       std::shared_ptr<ClientCount> clients, const std::string& fifo,
                        OnDeparture onDeparture)
     : m_unit(std::move(unit))
     , m_scheduler(std::move(scheduler))
+    , m_clients(std::move(clients))
     , m_onDeparture(std::move(onDeparture))
     , m_gate(fifo)
 {
@@ -77,16 +86,16 @@ void DeviceNode::onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gp
 {
     // The testbed has a signal for a client that goes, but never emits it.
     const auto self = *static_cast<std::shared_ptr<DeviceNode>*>(node);
-    g_object_weak_ref(G_OBJECT(client), &DeviceNode::onVanished,
-                      new std::weak_ptr<DeviceNode>(self));
+    self->m_clients->change(1);
+    g_object_weak_ref(G_OBJECT(client), &DeviceNode::onVanished, new Watch{self, self->m_clients});
 }
 
-void DeviceNode::onVanished(gpointer weakNode, GObject* client)
+void DeviceNode::onVanished(gpointer watch, GObject* client)
 {
-    const std::unique_ptr<std::weak_ptr<DeviceNode>> node(
-        static_cast<std::weak_ptr<DeviceNode>*>(weakNode));
-    if (const auto self = node->lock())
+    const std::unique_ptr<Watch> ended(static_cast<Watch*>(watch));
+    if (const auto self = ended->node.lock())
         self->clientVanished(client);
+    ended->clients->change(-1);
 }
 
 bool DeviceNode::handleIoctl(UMockdevIoctlClient* client)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ClientCount.h"
 #include "Gate.h"
 #include "Scheduler.h"
 #include "Unit.h"
@@ -20,7 +21,8 @@ public:
 
     /// \a onDeparture is called, with the delay of the answer, when the unit says that it leaves;
     /// it must not call the node.
-    DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const std::string& fifo,
+    DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler,
+               std::shared_ptr<ClientCount> clients, const std::string& fifo,
                OnDeparture onDeparture);
 
     /// Makes the object that the testbed calls. It keeps the node alive.
@@ -30,9 +32,11 @@ public:
     void shutDown();
 
 private:
+    struct Watch;
+
     static gboolean onIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node);
     static void onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer node);
-    static void onVanished(gpointer weakNode, GObject* client);
+    static void onVanished(gpointer watch, GObject* client);
 
     bool handleIoctl(UMockdevIoctlClient* client);
     int submit(UMockdevIoctlClient* client);
@@ -53,6 +57,7 @@ private:
 
     const P_Unit m_unit;
     const std::shared_ptr<Scheduler> m_scheduler;
+    const std::shared_ptr<ClientCount> m_clients;
     std::mutex m_mutex;
     OnDeparture m_onDeparture;
     Gate m_gate;

@@ -13,9 +13,9 @@ namespace {
 
 constexpr int onePage = 4096;
 
-std::system_error failure(const std::string& what)
+[[noreturn]] void fail(const std::string& what)
 {
-    return {errno, std::generic_category(), what};
+    throw std::system_error(errno, std::generic_category(), what);
 }
 
 } // namespace
@@ -25,14 +25,15 @@ Gate::Gate(const std::string& path)
 {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     if (mkfifo(path.c_str(), 0600) != 0)
-        throw failure("cannot make the device node " + path);
+        fail("cannot make the device node " + path);
     m_descriptor = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     if (m_descriptor < 0 || fcntl(m_descriptor, F_SETPIPE_SZ, onePage) < 0) {
-        const std::system_error error = failure("cannot open the device node " + path);
+        const int error = errno;
         if (m_descriptor >= 0)
             close(m_descriptor);
         unlink(path.c_str());
-        throw error;
+        errno = error;
+        fail("cannot open the device node " + path);
     }
     set(false);
 }

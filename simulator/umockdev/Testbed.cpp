@@ -1,9 +1,11 @@
 #include "Testbed.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
 
 namespace VirtualUnit {
 
@@ -106,6 +108,19 @@ Testbed::Testbed()
     addFromString(describe(rootHubPath, 1, device, configuration, attribute("speed", "480")));
 }
 
+Testbed::~Testbed()
+{
+    // A client waits for ever when the testbed is gone in which its ioctls are handled. One that
+    // closes is noticed a moment later; where one stays, the testbed has to stay, without its
+    // files.
+    constexpr std::chrono::milliseconds moment(200);
+    if (m_clients->waitForNone(moment))
+        return;
+    static_cast<void>(m_testbed.release());
+    std::error_code ignored;
+    std::filesystem::remove_all(m_root, ignored);
+}
+
 void Testbed::addFromString(const std::string& description)
 {
     GError* error = nullptr;
@@ -121,7 +136,8 @@ Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
 {
     const std::string node = nodePath(place.device);
     Attachment attachment;
-    attachment.node = std::make_shared<DeviceNode>(unit, scheduler, m_root + node, onDeparture);
+    attachment.node =
+        std::make_shared<DeviceNode>(unit, scheduler, m_clients, m_root + node, onDeparture);
     attachment.handler = attachment.node->makeHandler();
     // The node answers before anyone hears of it.
     GError* error = nullptr;

@@ -25,6 +25,10 @@ public:
     };
 
     Testbed();
+    Testbed(const Testbed&) = delete;
+    Testbed& operator=(const Testbed&) = delete;
+    /// Clients that still have a node open are told for ever that the unit is gone.
+    ~Testbed();
 
     /// Adds the unit and announces it. Throws std::runtime_error and leaves nothing behind.
     Attachment add(const Place& place, const P_Unit& unit,
@@ -39,6 +43,7 @@ private:
 
     GObjectPtr<UMockdevTestbed> m_testbed;
     std::string m_root;
+    std::shared_ptr<ClientCount> m_clients = std::make_shared<ClientCount>();
 };
 
 } // namespace VirtualUnit

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
+#include <atomic>
 #include <ctime>
 #include <thread>
 
@@ -36,6 +37,8 @@ private slots:
     void hotPlug();
     void unplugEndsPendingTransfer();
     void idleClientSleeps();
+    void clientOutlivesBus();
+    void manyClients();
 };
 
 void tst_virtualbus::controlTransfers()
@@ -215,6 +218,46 @@ void tst_virtualbus::idleClientSleeps()
     libusb_handle_events_timeout_completed(client.context(), &half, nullptr);
     const double spent = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     QVERIFY2(spent < 0.1, qPrintable(QString::number(spent)));
+}
+
+void tst_virtualbus::clientOutlivesBus()
+{
+    auto bus = std::make_unique<VirtualBus>();
+    bus->plug(makeAquen());
+    UsbClient client;
+    QCOMPARE(client.open(0x0C07), 0);
+    bus.reset();
+    Bytes version(8);
+    QVERIFY(client.control(0xC1, 0x24, 0, version, 300) < 0);
+}
+
+void tst_virtualbus::manyClients()
+{
+    constexpr int transfers = 200;
+    VirtualBus bus;
+    const P_Unit units[] = {makeAquen(), makeAquen(), makeAquen()};
+    for (const P_Unit& unit : units)
+        bus.plug(unit);
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) {
+        threads.emplace_back([&wrong] {
+            UsbClient client;
+            client.open(0x0C07); // all of them the first one: the claim is the first comer's
+            for (int transfer = 0; transfer < transfers; ++transfer) {
+                Bytes version(8);
+                wrong += client.control(0xC1, 0x24, 0, version) == 8 ? 0 : 1;
+            }
+        });
+    }
+    // Arrivals and departures of others meanwhile.
+    for (int i = 0; i < 10; ++i) {
+        bus.unplug(units[1]);
+        bus.plug(units[1]);
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(wrong.load(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_virtualbus)
