@@ -1,6 +1,5 @@
 #include "Logger.h"
 
-
 #include <algorithm>
 
 namespace QsLogging {

@@ -1,6 +1,5 @@
 #include "LoggerRegistry.h"
 
-
 #include <map>
 #include <mutex>
 
