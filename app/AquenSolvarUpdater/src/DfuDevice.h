@@ -94,8 +94,9 @@ public:
     void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
 
 signals:
-    void stateChanged(DFUState state);
-    void statusChanged(DFUStatus status);
+    // For observers; the requests change the fields without a signal.
+    void stateChanged(AquenSolvar::Device::DFUState state);
+    void statusChanged(AquenSolvar::Device::DFUStatus status);
 
 private:
     void readMemoryLayout();

@@ -85,6 +85,7 @@ void USBDevice::stop()
     if (QThread::currentThread() != this && !wait(stopWaitMs)) {
         QLOG_WARN() << "timed out while closing";
         terminate();
+        wait(); // a QThread must not be destroyed before its thread has gone
     }
     if (m_handle && m_interfaceClaimed) {
         m_interfaceClaimed = false;
