@@ -239,18 +239,21 @@ void tst_virtualbus::manyClients()
     for (const P_Unit& unit : units)
         bus.plug(unit);
     std::atomic<int> wrong{0};
+    std::atomic<int> opened{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i) {
-        threads.emplace_back([&wrong] {
+        threads.emplace_back([&wrong, &opened] {
             UsbClient client;
             client.open(0x0C07); // all of them the first one: the claim is the first comer's
+            ++opened;
             for (int transfer = 0; transfer < transfers; ++transfer) {
                 Bytes version(8);
                 wrong += client.control(0xC1, 0x24, 0, version) == 8 ? 0 : 1;
             }
         });
     }
-    // Arrivals and departures of others meanwhile.
+    // Arrivals and departures of others meanwhile; not before, or one of them could be opened.
+    QTRY_COMPARE(opened.load(), 3);
     for (int i = 0; i < 10; ++i) {
         bus.unplug(units[1]);
         bus.plug(units[1]);
