@@ -65,7 +65,7 @@ Item {
 
                 Rectangle {
                     anchors.fill: parent
-                    visible: parent.ListView.isCurrentItem && listView.activeFocus
+                    visible: parent.activeFocus
                     color: "transparent"
                     radius: Style.baseRadiusSize
                     border.width: Style.tinyGridSize
