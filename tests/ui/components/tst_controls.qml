@@ -56,7 +56,7 @@ Item {
         id: dots
 
         y: 300
-        speed: 60
+        speed: 100
     }
 
     SignalSpy {
@@ -154,10 +154,11 @@ Item {
         }
 
         function test_jump_grows() {
+            var start = Date.now();
             bar.percentage = 1;
-            verify(bar.visiblePercentage < 0.5, "drawn at once: " + bar.visiblePercentage);
-            tryVerify(function() { return bar.visiblePercentage > 0 && bar.visiblePercentage < 1; });
-            tryCompare(bar, "visiblePercentage", 1, 1000);
+            verify(bar.visiblePercentage < 1, "drawn at once");
+            tryCompare(bar, "visiblePercentage", 1);
+            verify(Date.now() - start >= 90, "too fast: " + (Date.now() - start));
         }
 
         function test_drop_shows_at_once() {
@@ -209,7 +210,7 @@ Item {
         function test_travels() {
             compare(dots.implicitWidth, 3 * 5 + 2 * 10);
             [1, 2, 0, 1].forEach(function(circle) {
-                tryVerify(function() { return darkest() === circle; }, 2000);
+                tryVerify(function() { return darkest() === circle; }, 5000);
             });
             dots.visible = false;
             var still = String(dots.children[0].color);
