@@ -25,6 +25,12 @@ Item {
             activeFocusOnTab: true
             cacheBuffer: 300
             clip: true
+            // So that the keyboard enters the list at its current card again, and not at the button
+            // that it left from, behind which the other cards could not be reached.
+            onActiveFocusChanged: {
+                if (!activeFocus && currentItem)
+                    currentItem.focus = true;
+            }
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Devices")
 
@@ -50,15 +56,16 @@ Item {
                     anchors.fill: parent
                     device: object
                     onRequestUpdate: root.requestUpdate(device)
+                    // Not by currentIndex, which would take the keyboard from the button.
                     onButtonFocusedChanged: {
                         if (buttonFocused)
-                            listView.currentIndex = index;
+                            listView.positionViewAtIndex(index, ListView.Contain);
                     }
                 }
 
                 Rectangle {
                     anchors.fill: parent
-                    visible: parent.ListView.isCurrentItem && listView.activeFocus
+                    visible: parent.activeFocus
                     color: "transparent"
                     radius: Style.baseRadiusSize
                     border.width: Style.tinyGridSize

@@ -89,7 +89,7 @@ bool startStateMachine(QObject* root)
 
 } // namespace
 
-bool loadUserInterface(QQmlApplicationEngine& engine)
+void prepareEngine(QQmlEngine& engine)
 {
     initializeResources();
     engine.addImportPath(QStringLiteral("qrc:///lib"));
@@ -99,6 +99,11 @@ bool loadUserInterface(QQmlApplicationEngine& engine)
     registerMetaTypes();
     QsLog::registerQmlLogging(engine);
     engine.addImportPath(QStringLiteral("qrc:///vendor-UnderscoreQML"));
+}
+
+bool loadUserInterface(QQmlApplicationEngine& engine)
+{
+    prepareEngine(engine);
     engine.load(QUrl(QStringLiteral("qrc:/qml/main.qml")));
     return !engine.rootObjects().isEmpty() && startStateMachine(engine.rootObjects().constFirst());
 }
