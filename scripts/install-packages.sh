@@ -10,7 +10,7 @@ packages_for() {
         # Compilers and the headers of what the program and its tools link.
         build) echo g++ cmake ninja-build ccache pkg-config git ca-certificates \
             qtbase5-dev qtdeclarative5-dev libqt5svg5-dev libusb-1.0-0-dev zlib1g-dev \
-            libjs-underscore libumockdev-dev libglib2.0-dev ;;
+            libjs-underscore fonts-open-sans libumockdev-dev libglib2.0-dev ;;
         # What the program loads when it runs: QML modules, the image plugin for icons, a font, and
         # OpenGL for machines without a graphics card.
         run) echo qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts \

@@ -10,10 +10,20 @@ foreach(file qmldir Underscore.js UnderscoreQML.qrc)
 endforeach()
 configure_file("${UNDERSCORE_JS}" "${underscore}/underscore-umd.js" COPYONLY)
 
+# An open font stands in under the names that FontHelper loads.
+set(fonts "${CMAKE_CURRENT_BINARY_DIR}/fonts")
+configure_file(fonts/AquenSolvarFonts.qrc "${fonts}/AquenSolvarFonts.qrc" COPYONLY)
+foreach(style Regular Bold)
+    find_file(OPEN_SANS_${style} OpenSans-${style}.ttf
+        PATHS /usr/share/fonts/truetype/open-sans DOC "Open Sans, ${style}" REQUIRED)
+    configure_file("${OPEN_SANS_${style}}" "${fonts}/OpenSans-${style}.ttf" COPYONLY)
+endforeach()
+
 add_library(AquenSolvarUi STATIC
     src/UserInterface.cpp src/UserInterface.h
     icons/AquenSolvarIcons.qrc
     qml/AquenSolvarQml.qrc
+    "${fonts}/AquenSolvarFonts.qrc"
     "${underscore}/UnderscoreQML.qrc")
 target_include_directories(AquenSolvarUi PUBLIC src)
 target_link_libraries(AquenSolvarUi PUBLIC AquenSolvarApp Qt5::Qml
