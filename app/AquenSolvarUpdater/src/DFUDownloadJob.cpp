@@ -2,6 +2,7 @@
 
 #include "DetachedJob.h"
 #include "Log.h"
+#include "SleepInhibitor.h"
 #include "USBException.h"
 
 #include <QCoreApplication>
@@ -54,6 +55,7 @@ void DFUDownloadJob::release(DFUDownloadJob* job)
 
 void DFUDownloadJob::run()
 {
+    const SleepInhibitor awake(tr("A unit's firmware is being updated."));
     try {
         flash();
     } catch (const USB::USBException& exception) {
