@@ -21,7 +21,7 @@ packages_for() {
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon ;;
         # A screen without a monitor, and hands on it.
         demo) echo umockdev xvfb xdotool imagemagick python3 ;;
-        lint) echo clang-format qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
+        lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         coverage) echo gcovr ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;

@@ -29,8 +29,7 @@ MessageBuilder::~MessageBuilder()
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
     const QString line = QStringLiteral("%1 \x1b[0;37m%2\x1b[0m %3")
                              .arg(levelText(m_level), 5)
-                             .arg(timestamp)
-                             .arg(m_buffer);
+                             .arg(timestamp, m_buffer);
     getLogger(m_loggerName)->dispatch(line, m_level);
 }
 

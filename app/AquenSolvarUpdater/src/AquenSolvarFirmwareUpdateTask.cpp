@@ -121,7 +121,7 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadFinished()
     emit uploadFinsihed();
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(QString errorString)
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString)
 {
     QLOG_ERROR() << "Firmware download error:" << errorString;
     emit uploadError(errorString);

@@ -51,7 +51,7 @@ signals:
 public slots:
     void on_DFUDownloadJob_uploadProgress(float progress);
     void on_DFUDownloadJob_uploadFinished();
-    void on_DFUDownloadJob_uploadError(QString errorString);
+    void on_DFUDownloadJob_uploadError(const QString& errorString);
 
 private:
     bool openDevice();
