@@ -19,6 +19,7 @@ add_library(AquenSolvarApp STATIC
     src/DetachedJob.cpp src/DetachedJob.h
     src/DfuDevice.cpp src/DfuDevice.h
     src/DfuProtocol.cpp src/DfuProtocol.h
+    src/DownloadTexts.cpp src/DownloadTexts.h
     src/I_Device.cpp src/I_Device.h
     src/InstanceGuard.cpp src/InstanceGuard.h
     src/MemoryLayout.cpp src/MemoryLayout.h

@@ -1,5 +1,6 @@
 #include "AquenSolvarFirmwareUpdateTask.h"
 
+#include "DownloadTexts.h"
 #include "Log.h"
 #include "USBException.h"
 #include "UnitKind.h"
@@ -123,7 +124,7 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadFinished()
 
 void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString)
 {
-    QLOG_ERROR() << "Firmware download error:" << errorString;
+    QLOG_ERROR() << "Firmware download error:" << Device::englishDownloadText(errorString);
     emit uploadError(errorString);
 }
 

@@ -3,6 +3,7 @@
 #include "Log.h"
 #include "LoggingStartup.h"
 #include "Paths.h"
+#include "Translation.h"
 #include "UserInterface.h"
 
 #include <QApplication>
@@ -94,12 +95,14 @@ int main(int argc, char** argv)
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    const QApplication application(argc, argv);
+    QApplication application(argc, argv);
     if (!checkCommandLine())
         return usageError;
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);
+    AquenSolvar::installTranslation(
+        application, AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
     // What failed to load has been told by the engine; the program runs on until it is closed.

@@ -60,7 +60,8 @@ void DFUDownloadJob::run()
         flash();
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "Caught USB exception" << exception.what();
-        emit uploadError(tr("Caught USB exception: %1").arg(exception.message()));
+        // The USB layer's own messages stay English; the job's own is translated here.
+        emit uploadError(tr("Caught USB exception: %1").arg(tr(exception.what())));
     }
 }
 
@@ -230,7 +231,8 @@ DFUDownloadJob::Outcome DFUDownloadJob::failWith(const QString& userText)
 void DFUDownloadJob::failInBadState(const QString& userText)
 {
     emit uploadError(userText);
-    throw USB::USBException(tr("Error state while downloading to Aquen/Solvar in \"DFU\" mode."));
+    throw USB::USBException(
+        QStringLiteral("Error state while downloading to Aquen/Solvar in \"DFU\" mode."));
 }
 
 } // namespace Device
