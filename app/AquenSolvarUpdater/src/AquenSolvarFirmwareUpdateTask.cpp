@@ -92,7 +92,7 @@ void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
     connect(m_job.data(), &DFUDownloadJob::uploadProgress, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadProgress);
     connect(m_job.data(), &QThread::finished, this,
-            &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_ended);
+            &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished);
     m_elapsed.start();
     m_job->start(QThread::InheritPriority);
 }
@@ -128,7 +128,7 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString&
     emit uploadError(errorString);
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_ended()
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished()
 {
     QLOG_INFO() << "The download to" << describe(*m_record) << "ended after" << m_elapsed.elapsed()
                 << "ms";

@@ -56,7 +56,7 @@ public slots:
 private:
     bool openDevice();
     void startJob(const QByteArray& image);
-    void on_DFUDownloadJob_ended();
+    void on_DFUDownloadJob_finished();
 
     USB::P_LibUsbDevice m_record;
     QSharedPointer<Device::DFUDownloadJob> m_job;
