@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>Firmware aktualisieren</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>Im Bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Update erforderlich</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

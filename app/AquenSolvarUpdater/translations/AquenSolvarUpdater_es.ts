@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>Actualizar firmware</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>En el bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Actualización necesaria</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

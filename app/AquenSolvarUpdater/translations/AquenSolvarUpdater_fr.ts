@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>Mettre à jour le firmware</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>En mode bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Mise à jour nécessaire</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>Aggiorna firmware</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>Nel bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Aggiornamento necessario</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

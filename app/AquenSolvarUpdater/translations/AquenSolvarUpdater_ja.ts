@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>ファームウェアをアップデート</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>ブートローダーで動作中</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>アップデートが必要</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>펌웨어 업데이트</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>부트로더 상태</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>업데이트 필요</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>Atualizar firmware</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>No bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Atualização necessária</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

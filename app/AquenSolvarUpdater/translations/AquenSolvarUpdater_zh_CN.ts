@@ -96,6 +96,14 @@
         <source>Update Firmware</source>
         <translation>更新固件</translation>
     </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>处于引导加载程序</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>需要更新</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>
