@@ -1,4 +1,5 @@
 #include "BuildVersion.h"
+#include "DebugOutput.h"
 #include "InstanceGuard.h"
 #include "Log.h"
 #include "LoggingStartup.h"
@@ -92,6 +93,7 @@ static void InitializeApplication(const QString& applicationName)
 
 int main(int argc, char** argv)
 {
+    QsLogging::surviveClosedDebugOutput();
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -101,8 +103,8 @@ int main(int argc, char** argv)
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);
-    AquenSolvar::installTranslation(
-        application, AquenSolvar::translationFor(QLocale::system().uiLanguages()));
+    AquenSolvar::installTranslation(application,
+                                    AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
     // What failed to load has been told by the engine; the program runs on until it is closed.
