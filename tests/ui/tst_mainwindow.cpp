@@ -269,7 +269,7 @@ void tst_mainwindow::bootloaderIsResumed()
 void tst_mainwindow::failures_data()
 {
     QTest::addColumn<QString>("request");
-    QTest::addColumn<int>("value"); // a DFU status, 0 for a refusal, -1: unplugged
+    QTest::addColumn<int>("value"); // a DFU status; 0: refused; -1: gone, and back
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("nextButton");
     QTest::newRow("drop refused") << "drop" << 0 << "Error while dropping to boot loader."
@@ -280,6 +280,8 @@ void tst_mainwindow::failures_data()
                                  << "Resume Update";
     QTest::newRow("programming fails") << "write" << 6 << "Error state while flashing firmware."
                                        << "Resume Update";
+    QTest::newRow("unplugged") << "write" << -1 << "Failed to upload firmware data."
+                               << "Resume Update";
 }
 
 void tst_mainwindow::failures()
@@ -290,14 +292,19 @@ void tst_mainwindow::failures()
     QFETCH(QString, nextButton);
     const P_Unit unit = m_bus->plugApplication("W-2", "1.2.0");
     QVERIFY(waitFor([&] { return one("updateButton") != nullptr; }, 10000));
-    unit->addFault(Fault::on(request.toStdString(), value == 0 ? Action::Stall : Action::FailStatus,
-                             unsigned(value)));
+    const Action action = value < 0    ? Action::LeaveBus
+                          : value == 0 ? Action::Stall
+                                       : Action::FailStatus;
+    unit->addFault(Fault::on(request.toStdString(), action, unsigned(qMax(value, 0))));
     click(one("updateButton"));
     QVERIFY(waitFor([&] { return one("doneButton") && one("doneButton")->isEnabled(); }, 20000));
     QCOMPARE(barText(), text);
     QVERIFY(one("doneButton")->hasActiveFocus());
     QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
     QVERIFY(m_log->contains("ERROR", "ErrorDuringUpdateState: Error during updating."));
+    // The card of a unit that is gone stays until the bus was listed again.
+    QVERIFY(value >= 0 ||
+            waitFor([&] { return m_log->contains("INFO", "Aquen (DFU) removed..."); }, 10000));
     click(one("doneButton"));
     // The way out is the same button that a person finds in the list.
     QVERIFY(waitFor([&] { return shows(nextButton); }, 10000));
