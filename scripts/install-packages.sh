@@ -9,8 +9,8 @@ packages_for() {
     case $1 in
         # Compilers and the headers of what the program and its tools link.
         build) echo g++ cmake ninja-build ccache pkg-config git ca-certificates \
-            qtbase5-dev qtdeclarative5-dev libqt5svg5-dev libusb-1.0-0-dev zlib1g-dev \
-            libjs-underscore libumockdev-dev libglib2.0-dev ;;
+            qtbase5-dev qtdeclarative5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools libusb-1.0-0-dev zlib1g-dev \
+            libjs-underscore fonts-open-sans libumockdev-dev libglib2.0-dev ;;
         # What the program loads when it runs: QML modules, the image plugin for icons, a font, and
         # OpenGL for machines without a graphics card.
         run) echo qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts \
@@ -18,10 +18,11 @@ packages_for() {
             qml-module-qtgraphicaleffects libqt5svg5 libusb-1.0-0 fonts-dejavu-core \
             libgl1-mesa-dri ;;
         # The virtual bus and the tools of others that judge the virtual units.
-        test) echo qml-module-qttest umockdev dfu-util usbutils python3 ;;
+        test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
+            xvfb at-spi2-core python3-pyatspi ;;
         # A screen without a monitor, and hands on it.
         demo) echo umockdev xvfb xdotool imagemagick python3 ;;
-        lint) echo clang-format qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
+        lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         coverage) echo gcovr ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;

@@ -1,3 +1,10 @@
+if(WIN32)
+    set(sleep_inhibitor src/SleepInhibitor_win.cpp)
+else()
+    find_package(Qt5 5.9 REQUIRED COMPONENTS DBus)
+    set(sleep_inhibitor src/SleepInhibitor_logind.cpp)
+endif()
+
 # The application's classes apart from the entry point and the user interface's documents.
 add_library(AquenSolvarApp STATIC
     src/ApplicationAnswers.cpp src/ApplicationAnswers.h
@@ -12,10 +19,13 @@ add_library(AquenSolvarApp STATIC
     src/DetachedJob.cpp src/DetachedJob.h
     src/DfuDevice.cpp src/DfuDevice.h
     src/DfuProtocol.cpp src/DfuProtocol.h
+    src/DownloadTexts.cpp src/DownloadTexts.h
     src/I_Device.cpp src/I_Device.h
     src/InstanceGuard.cpp src/InstanceGuard.h
     src/MemoryLayout.cpp src/MemoryLayout.h
+    src/SleepInhibitor.h ${sleep_inhibitor}
     src/UnitKind.cpp src/UnitKind.h)
 target_include_directories(AquenSolvarApp PUBLIC src)
 target_link_libraries(AquenSolvarApp PUBLIC USB FirmwareBundle Common qslog Qt5::Core Qt5::Qml
-                                     PRIVATE project_options)
+                                     PRIVATE $<$<NOT:$<PLATFORM_ID:Windows>>:Qt5::DBus>
+                                             project_options)

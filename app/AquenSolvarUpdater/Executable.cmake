@@ -1,5 +1,5 @@
 # The user interface is a library, so that tests load the very documents that the executable shows.
-find_package(Qt5 5.9 REQUIRED COMPONENTS Gui Widgets Qml Quick Svg)
+find_package(Qt5 5.9 REQUIRED COMPONENTS Gui LinguistTools Widgets Qml Quick Svg)
 
 # Underscore.js, unmodified, as a QML module: the library itself comes from the system.
 find_file(UNDERSCORE_JS underscore-umd.js underscore.js
@@ -10,10 +10,32 @@ foreach(file qmldir Underscore.js UnderscoreQML.qrc)
 endforeach()
 configure_file("${UNDERSCORE_JS}" "${underscore}/underscore-umd.js" COPYONLY)
 
+# An open font stands in under the names that FontHelper loads.
+set(fonts "${CMAKE_CURRENT_BINARY_DIR}/fonts")
+configure_file(fonts/AquenSolvarFonts.qrc "${fonts}/AquenSolvarFonts.qrc" COPYONLY)
+foreach(style Regular Bold)
+    find_file(OPEN_SANS_${style} OpenSans-${style}.ttf
+        PATHS /usr/share/fonts/truetype/open-sans DOC "Open Sans, ${style}" REQUIRED)
+    configure_file("${OPEN_SANS_${style}}" "${fonts}/OpenSans-${style}.ttf" COPYONLY)
+endforeach()
+
+# The user interface's languages besides English; scripts/check-translations keeps them complete.
+set(languages de es fr it ja ko pt_BR zh_CN)
+list(TRANSFORM languages PREPEND translations/AquenSolvarUpdater_ OUTPUT_VARIABLE ts_files)
+list(TRANSFORM ts_files APPEND .ts)
+set(translations "${CMAKE_CURRENT_BINARY_DIR}/translations")
+set_source_files_properties(${ts_files} PROPERTIES OUTPUT_LOCATION "${translations}")
+qt5_add_translation(qm_files ${ts_files})
+configure_file(translations/AquenSolvarTranslations.qrc
+    "${translations}/AquenSolvarTranslations.qrc" COPYONLY)
+
 add_library(AquenSolvarUi STATIC
+    src/Translation.cpp src/Translation.h
     src/UserInterface.cpp src/UserInterface.h
     icons/AquenSolvarIcons.qrc
     qml/AquenSolvarQml.qrc
+    "${fonts}/AquenSolvarFonts.qrc"
+    "${translations}/AquenSolvarTranslations.qrc" ${qm_files}
     "${underscore}/UnderscoreQML.qrc")
 target_include_directories(AquenSolvarUi PUBLIC src)
 target_link_libraries(AquenSolvarUi PUBLIC AquenSolvarApp Qt5::Qml

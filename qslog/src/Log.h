@@ -7,11 +7,7 @@
 /// logger named after the source file. A suppressed call builds nothing and does not evaluate its
 /// items. The logger is looked up once per call site; loggers are never destroyed.
 #define QLOG_AT(level)                                                                             \
-    for (QsLogging::Logger* qslogLogger =                                                          \
-             [] {                                                                                  \
-                 static QsLogging::Logger* const qslogSite = QsLogging::callSiteLogger(__FILE__);  \
-                 return qslogSite;                                                                 \
-             }();                                                                                  \
+    for (QsLogging::Logger* qslogLogger = QsLogging::loggerOfCallSite([] { return __FILE__; });    \
          qslogLogger != nullptr && qslogLogger->admits(level); qslogLogger = nullptr)              \
     QsLogging::MessageBuilder(level, __FILE__, __LINE__, __func__).stream()
 
@@ -27,5 +23,14 @@ namespace QsLogging {
 /// The logger of a source file, for the logging call. Owned by the registry for the life of the
 /// process. Any thread.
 Logger* callSiteLogger(const char* file);
+
+/// The same, looked up once for each type of @p file: once per call site, where it is a lambda that
+/// answers the file's name.
+template <typename File>
+Logger* loggerOfCallSite(File file)
+{
+    static Logger* const logger = callSiteLogger(file());
+    return logger;
+}
 
 } // namespace QsLogging

@@ -20,7 +20,7 @@ MessageBuilder::MessageBuilder(Level level, const char* file, int line, const ch
     const QString fileName = QFileInfo(QString::fromLocal8Bit(file)).fileName();
     const QString origin =
         originText(fileName, QString::number(line), QString::fromLatin1(function));
-    m_stream << origin.toLocal8Bit().constData();
+    m_stream << origin.toUtf8().constData();
 }
 
 MessageBuilder::~MessageBuilder()
@@ -29,8 +29,7 @@ MessageBuilder::~MessageBuilder()
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
     const QString line = QStringLiteral("%1 \x1b[0;37m%2\x1b[0m %3")
                              .arg(levelText(m_level), 5)
-                             .arg(timestamp)
-                             .arg(m_buffer);
+                             .arg(timestamp, m_buffer);
     getLogger(m_loggerName)->dispatch(line, m_level);
 }
 

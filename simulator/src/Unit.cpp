@@ -120,10 +120,10 @@ Answer Unit::Private::answerWithFaults(const SetupPacket& setup, const Bytes& da
 Answer Unit::control(const SetupPacket& setup, const Bytes& data)
 {
     const std::lock_guard<std::mutex> lock(d->mutex);
-    const Mode mode = d->identity.mode;
+    const Mode modeBefore = d->identity.mode;
     Answer answer = d->answerWithFaults(setup, data);
     d->trace.push_back(
-        {d->now(), mode, requestName(setup, data), setup, data, answer.kind, answer.data});
+        {d->now(), modeBefore, requestName(setup, data), setup, data, answer.kind, answer.data});
     return answer;
 }
 

@@ -41,7 +41,7 @@ void onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer serve
 
 void drop(gpointer served, GClosure*)
 {
-    const std::unique_ptr<Served> last(static_cast<Served*>(served));
+    delete static_cast<Served*>(served);
 }
 
 } // namespace

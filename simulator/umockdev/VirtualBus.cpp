@@ -86,7 +86,8 @@ VirtualBus::Private::Slot* VirtualBus::Private::find(const P_Unit& unit)
 
 VirtualBus::Private::Slot& VirtualBus::Private::findOrAdd(const P_Unit& unit)
 {
-    if (Slot* known = find(unit))
+    Slot* known = find(unit);
+    if (known != nullptr)
         return *known;
     if (slots.size() >= maximumUnits)
         throw std::runtime_error("the virtual bus is full");

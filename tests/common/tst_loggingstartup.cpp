@@ -5,6 +5,7 @@
 
 #include <QtTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using QsLogging::getLogger;
@@ -54,6 +55,16 @@ private slots:
         QCOMPARE(getLogger("NoIni")->loggingLevel(), Level::Off);
         QVERIFY(QFileInfo(m_files.logDirectory).isDir());
         QVERIFY(QDir(m_files.logDirectory).isEmpty());
+    }
+
+    void theLogDirectoryIsItsOwnersAlone()
+    {
+        QVERIFY(QDir().mkpath(m_files.logDirectory));
+        QVERIFY(QFile::setPermissions(m_files.logDirectory, QFile::Permissions(0x7777)));
+        Common::startLogging(m_files, false);
+        struct stat facts;
+        QCOMPARE(stat(qPrintable(m_files.logDirectory), &facts), 0);
+        QCOMPARE(facts.st_mode & 0777U, 0700U);
     }
 
     void theUsersFileOverridesTheShippedOne()

@@ -26,6 +26,7 @@ private slots:
     void loads();
     void failures_data();
     void failures();
+    void anotherProductIsOpenedAndNotAsked();
     void dropToBootloader();
     void watcherSurvivesUnitsThatCannotBeOpened();
 
@@ -131,6 +132,21 @@ void tst_applicationdevice::failures()
     QCOMPARE(errors.size(), 2);
     QVERIFY2(errors[0].contains(cause), qPrintable(errors[0]));
     QCOMPARE(errors[1], "ERROR " + consequence);
+}
+
+void tst_applicationdevice::anotherProductIsOpenedAndNotAsked()
+{
+    const P_Unit unit = m_bus->plugBootloader();
+    const USB::P_LibUsbDevice record = m_bus->awaitRecord(0x0C05);
+    unit->clearTrace();
+    LogCapture log({"AquenSolvarDevice"});
+    const AquenSolvarDevice device(record);
+    for (const VirtualUnit::TraceEntry& entry : unit->trace())
+        QVERIFY2(!entry.setup.isVendor(), entry.name.c_str());
+    QCOMPARE(device.deviceType(), I_Device::UNKNOWN);
+    QCOMPARE(device.serialName(), QString());
+    QVERIFY(!device.needsUpdate());
+    QCOMPARE(log.messages(), QStringList());
 }
 
 void tst_applicationdevice::dropToBootloader()

@@ -68,6 +68,8 @@ private slots:
     void errorStateAtStart();
     void endInErrorStateCountsAsFinished();
     void stopInTheLoop();
+    void stopBeforeAChunkIsSent();
+    void stopAtTheEnd();
     void stopWhileBusyWithAChunk();
     void stopOfASilentUnit();
     void jobWithoutOwnerGoesOn();
@@ -396,6 +398,47 @@ void tst_downloadjob::stopInTheLoop()
     QVERIFY(log.contains("INFO", "File successfully downloaded."));
     QCOMPARE(log.count("ERROR"), 0);
     QVERIFY(unit->mode() == Mode::Bootloader);
+}
+
+void tst_downloadjob::stopBeforeAChunkIsSent()
+{
+    const P_Unit unit = m_bus->plugBootloader();
+    const QSharedPointer<DfuDevice> device = open(unit);
+    // Three pauses lie between the command that sets the address and the data.
+    device->setPollSleep(std::chrono::milliseconds(100));
+    const auto job = makeJob(QByteArray(5000, 'x'), device);
+    Heard heard(*job);
+    job->start();
+    const auto lastRequestIs = [&](const char* name) {
+        const auto trace = unit->trace();
+        return !trace.empty() && trace.back().name == name;
+    };
+    QVERIFY(waitFor([&] { return lastRequestIs("set-address"); }));
+    job->stop();
+    QVERIFY(waitFor([&] { return heard.ended; }));
+    QCOMPARE(heard.errors, QStringList());
+    QCOMPARE(heard.finished, 0);
+    for (const TraceEntry& entry : unit->trace())
+        QVERIFY(entry.name != "write");
+}
+
+void tst_downloadjob::stopAtTheEnd()
+{
+    const P_Unit unit = m_bus->plugBootloader();
+    const QByteArray image = toByteArray(makeImage(100, "1.3.1"));
+    const auto job = makeJob(image, open(unit));
+    Heard heard(*job);
+    // Queued behind the last chunk, so that it comes while the final address is being set.
+    connect(
+        job.data(), &DFUDownloadJob::uploadProgress, job.data(), [&] { job->requestStop(); },
+        Qt::QueuedConnection);
+    job->start();
+    QVERIFY(waitFor([&] { return heard.ended; }));
+    QCOMPARE(heard.errors, QStringList());
+    QCOMPARE(heard.finished, 1);
+    // Finished is not said of a unit that was left in its bootloader.
+    QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
+    QCOMPARE(toByteArray(unit->applicationContent()), image);
 }
 
 void tst_downloadjob::stopWhileBusyWithAChunk()

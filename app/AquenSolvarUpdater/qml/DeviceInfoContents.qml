@@ -11,6 +11,11 @@ RowLayout {
     property var device
     // For a list that scrolls to what has the keyboard.
     readonly property bool buttonFocused: updateButton.activeFocus
+    // The card in words, for those who do not see it.
+    readonly property string summary: [typeText.text, _isDfu ? qsTr("In its bootloader") : qsTr("Connected"),
+                                       _needsUpdate ? qsTr("Update needed") : qsTr("Firmware Up To Date")].join(", ")
+    readonly property bool _isDfu: !!device && device.isDfu
+    readonly property bool _needsUpdate: !!device && device.needsUpdate
     readonly property bool _isAquen: !!device && (device.deviceType === AquenSolvar_Device.Device.AQUEN
                                                   || device.deviceType === AquenSolvar_Device.Device.AQUEN_DFU)
     readonly property bool _isSolvar: !!device && (device.deviceType === AquenSolvar_Device.Device.SOLVAR
@@ -59,6 +64,8 @@ RowLayout {
                 Layout.fillHeight: true
             }
             BaseText {
+                id: typeText
+
                 objectName: "deviceTypeText"
                 text: root._isAquen ? "Aquen" : root._isSolvar ? "Solvar" : qsTr("Unknown Device Type")
                 Layout.bottomMargin: -Style.tinyGridSize
@@ -79,8 +86,8 @@ RowLayout {
                 id: updateButton
 
                 objectName: "updateButton"
-                text: root.device && root.device.isDfu ? qsTr("Resume Update") : qsTr("Update Firmware")
-                enabled: !!root.device && root.device.needsUpdate
+                text: root._isDfu ? qsTr("Resume Update") : qsTr("Update Firmware")
+                enabled: root._needsUpdate
                 Layout.alignment: Qt.AlignRight
                 Accessible.description: root.device ? root.device.serialName : ""
                 onClicked: root.requestUpdate(root.device)

@@ -48,6 +48,9 @@ Item {
                 border.color: Style.accentColor(color)
                 Accessible.role: Accessible.ListItem
                 Accessible.name: card.device ? card.device.serialName : ""
+                Accessible.description: card.summary
+                Accessible.focusable: true
+                Accessible.focused: activeFocus
 
                 DeviceInfoContents {
                     id: card

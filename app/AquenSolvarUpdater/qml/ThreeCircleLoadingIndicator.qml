@@ -16,7 +16,7 @@ RowLayout {
 
     spacing: Style.baseGridSize
 
-    Accessible.role: Accessible.Indicator
+    Accessible.role: Accessible.Animation
     Accessible.name: qsTr("Searching")
 
     Repeater {

@@ -1,5 +1,6 @@
 #include "AquenSolvarFirmwareUpdateTask.h"
 
+#include "DownloadTexts.h"
 #include "Log.h"
 #include "USBException.h"
 #include "UnitKind.h"
@@ -91,7 +92,7 @@ void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
     connect(m_job.data(), &DFUDownloadJob::uploadProgress, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadProgress);
     connect(m_job.data(), &QThread::finished, this,
-            &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_ended);
+            &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished);
     m_elapsed.start();
     m_job->start(QThread::InheritPriority);
 }
@@ -121,13 +122,13 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadFinished()
     emit uploadFinsihed();
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(QString errorString)
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString)
 {
-    QLOG_ERROR() << "Firmware download error:" << errorString;
+    QLOG_ERROR() << "Firmware download error:" << Device::englishDownloadText(errorString);
     emit uploadError(errorString);
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_ended()
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished()
 {
     QLOG_INFO() << "The download to" << describe(*m_record) << "ended after" << m_elapsed.elapsed()
                 << "ms";

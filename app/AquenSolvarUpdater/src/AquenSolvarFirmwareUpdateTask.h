@@ -51,12 +51,12 @@ signals:
 public slots:
     void on_DFUDownloadJob_uploadProgress(float progress);
     void on_DFUDownloadJob_uploadFinished();
-    void on_DFUDownloadJob_uploadError(QString errorString);
+    void on_DFUDownloadJob_uploadError(const QString& errorString);
 
 private:
     bool openDevice();
     void startJob(const QByteArray& image);
-    void on_DFUDownloadJob_ended();
+    void on_DFUDownloadJob_finished();
 
     USB::P_LibUsbDevice m_record;
     QSharedPointer<Device::DFUDownloadJob> m_job;

@@ -79,13 +79,13 @@ bool AquenSolvarListModel::removeDevice(const Device::P_I_Device& device)
     return true;
 }
 
-void AquenSolvarListModel::on_AqSolWatcher_addedDevice(Device::P_I_Device device)
+void AquenSolvarListModel::on_AqSolWatcher_addedDevice(const Device::P_I_Device& device)
 {
     if (!insertDevice(device))
         QLOG_WARN() << "Failed to insert device" << device->serialName();
 }
 
-void AquenSolvarListModel::on_AqSolWatcher_removedDevice(Device::P_I_Device device)
+void AquenSolvarListModel::on_AqSolWatcher_removedDevice(const Device::P_I_Device& device)
 {
     removeDevice(device);
 }

@@ -44,8 +44,8 @@ signals:
     void addedDevice(AquenSolvar::Device::I_Device* device);
 
 public slots:
-    void on_AqSolWatcher_addedDevice(AquenSolvar::Device::P_I_Device device);
-    void on_AqSolWatcher_removedDevice(AquenSolvar::Device::P_I_Device device);
+    void on_AqSolWatcher_addedDevice(const AquenSolvar::Device::P_I_Device& device);
+    void on_AqSolWatcher_removedDevice(const AquenSolvar::Device::P_I_Device& device);
 
 private:
     using Devices = std::map<QString, Device::P_I_Device>;

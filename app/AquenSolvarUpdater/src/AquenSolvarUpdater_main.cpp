@@ -1,8 +1,10 @@
 #include "BuildVersion.h"
+#include "DebugOutput.h"
 #include "InstanceGuard.h"
 #include "Log.h"
 #include "LoggingStartup.h"
 #include "Paths.h"
+#include "Translation.h"
 #include "UserInterface.h"
 
 #include <QApplication>
@@ -93,15 +95,18 @@ static void InitializeApplication(const QString& applicationName)
 
 int main(int argc, char** argv)
 {
+    QsLogging::surviveClosedDebugOutput();
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    const QApplication application(argc, argv);
+    QApplication application(argc, argv);
     if (!checkCommandLine())
         return usageError;
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);
+    AquenSolvar::installTranslation(application,
+                                    AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
     // What failed to load has been told by the engine; the program runs on until it is closed.

@@ -2,6 +2,7 @@
 
 #include "DetachedJob.h"
 #include "Log.h"
+#include "SleepInhibitor.h"
 #include "USBException.h"
 
 #include <QCoreApplication>
@@ -54,11 +55,13 @@ void DFUDownloadJob::release(DFUDownloadJob* job)
 
 void DFUDownloadJob::run()
 {
+    const SleepInhibitor awake(tr("A unit's firmware is being updated."));
     try {
         flash();
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "Caught USB exception" << exception.what();
-        emit uploadError(tr("Caught USB exception: %1").arg(exception.message()));
+        // The USB layer's own messages stay English; the job's own is translated here.
+        emit uploadError(tr("Caught USB exception: %1").arg(tr(exception.what())));
     }
 }
 
@@ -130,6 +133,9 @@ DFUDownloadJob::Outcome DFUDownloadJob::writeChunk(quint32 address, int offset)
     }
     if (awaitAddressSet() == Outcome::Ended)
         return Outcome::Ended;
+    // The last place at which a stop is no error: in the wait for a chunk it ends in a bad state.
+    if (m_stopRequested)
+        return Outcome::Continue;
     const QByteArray chunk = m_data.mid(offset, m_transferSize);
     if (!m_device->dfuDownload(dataBlock, chunk)) {
         QLOG_ERROR() << "Failed to upload data chunk";
@@ -201,9 +207,9 @@ void DFUDownloadJob::finish(quint32 address)
         failWith(tr("Failed to finalize firmware flashing."));
         return;
     }
-    qint32 state = DFU_STATE_DNBUSY;
-    while (state != DFU_STATE_DNLOAD_IDLE && state != DFU_STATE_ERROR &&
-           state != DFU_STATE_MANIFEST && !m_stopRequested) {
+    // At least one read, even after a stop: the unit starts the new firmware at the first.
+    qint32 state = DFU_STATE_ERROR;
+    do {
         QCoreApplication::processEvents();
         if (!m_device->dfuGetStatus()) {
             QLOG_ERROR() << "Failed to read DFU status.";
@@ -211,7 +217,8 @@ void DFUDownloadJob::finish(quint32 address)
             return;
         }
         state = m_device->state();
-    }
+    } while (state != DFU_STATE_DNLOAD_IDLE && state != DFU_STATE_ERROR &&
+             state != DFU_STATE_MANIFEST && !m_stopRequested);
     if (state == DFU_STATE_MANIFEST)
         QLOG_INFO() << "Transitioning to dfuMANIFEST state";
     else
@@ -228,7 +235,8 @@ DFUDownloadJob::Outcome DFUDownloadJob::failWith(const QString& userText)
 void DFUDownloadJob::failInBadState(const QString& userText)
 {
     emit uploadError(userText);
-    throw USB::USBException(tr("Error state while downloading to Aquen/Solvar in \"DFU\" mode."));
+    throw USB::USBException(
+        QStringLiteral("Error state while downloading to Aquen/Solvar in \"DFU\" mode."));
 }
 
 } // namespace Device

@@ -105,7 +105,8 @@ FirmwareBundle newestFirmwareBundle(const QString& firmwareDirectory, const QStr
     const QDir directory(firmwareDirectory);
     if (!directory.exists())
         return best;
-    for (const QString& name : directory.entryList({namePattern})) {
+    const QStringList names = directory.entryList({namePattern});
+    for (const QString& name : names) {
         QLOG_INFO() << "Found file:" << name;
         FirmwareBundle bundle;
         if (readFirmwareBundle(directory.absoluteFilePath(name), bundle) != FirmwareRead)

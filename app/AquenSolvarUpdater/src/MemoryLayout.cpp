@@ -26,6 +26,7 @@ bool scanSectorGroup(const char* cursor, SectorGroup& group)
     // type letters have a count of their own, as they may be missing at the end of the text.
     int withoutTypes = 0;
     int withTypes = 0;
+    // NOLINTNEXTLINE(cert-err34-c): see above
     const int items = std::sscanf(cursor, "%18lld*%18lld%c%n%*[^,/]%n", &group.count, &group.size,
                                   &group.multiplier, &withoutTypes, &withTypes);
     group.consumed = qMax(withoutTypes, withTypes);
@@ -86,6 +87,7 @@ QList<MemorySegment> parseMemoryLayout(const QString& text)
     for (;;) {
         unsigned long long scanned = 0;
         consumed = 0;
+        // NOLINTNEXTLINE(cert-err34-c): sixteen digits fit
         if (std::sscanf(cursor, "/0x%16llx/%n", &scanned, &consumed) < 1 || consumed == 0)
             return segments;
         cursor += consumed;

@@ -9,11 +9,15 @@
 #include "BuildOS.h"
 #include "BuildType.h"
 #include "BuildVersion.h"
+#include "CppToQml.h"
 #include "FileIO.h"
+#include "FontHelper.h"
 #include "I_Device.h"
 #include "LibusbDeviceEnumerator.h"
 #include "Paths.h"
+#include "PrinterCompatibility.h"
 #include "QsLogHelpers.h"
+#include "TemporaryDirWrapper.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -22,6 +26,7 @@
 // stand outside of any namespace. Registering a bundle again is harmless.
 static void initializeResources()
 {
+    Q_INIT_RESOURCE(AquenSolvarFonts);
     Q_INIT_RESOURCE(AquenSolvarIcons);
     Q_INIT_RESOURCE(AquenSolvarQml);
     Q_INIT_RESOURCE(UnderscoreQML);
@@ -40,11 +45,16 @@ void registerSingleton(const char* uri, const char* name)
 
 void registerCommonTypes()
 {
+    qmlRegisterUncreatableType<PrinterCompatibility>("Common", 1, 0, "PrinterCompatibility",
+                                                     QString());
     registerSingleton<Common::BuildOS>("Common", "BuildOS");
     registerSingleton<Common::BuildType>("Common", "BuildType");
     registerSingleton<Common::BuildVersion>("Common", "BuildVersion");
+    registerSingleton<Common::CppToQml>("Common", "CppToQml");
     registerSingleton<Common::FileIO>("Common", "FileIO");
     registerSingleton<Common::Paths>("Common", "Paths");
+    qmlRegisterType<Common::File::TemporaryDirWrapper>("Common.File", 1, 0, "TemporaryDirWrapper");
+    qmlRegisterType<Common::FontHelper>("Common", 1, 0, "FontHelper");
 }
 
 void registerUsbTypes()

@@ -7,12 +7,22 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QPointer>
 #include <QtDebug>
 
 namespace Common {
 
 namespace {
+
+// Log lines name units and paths: they are for the person who runs the program.
+void makePrivateDirectory(const QString& path)
+{
+    if (!QDir().mkpath(path))
+        qDebug() << "Could not make directory for log files:" << path;
+    else if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        qDebug() << "Could not keep the directory for log files to its owner:" << path;
+}
 
 void watchUserSettings(const LoggingFiles& files, bool allowDebugLevels)
 {
@@ -37,9 +47,7 @@ LoggingFiles LoggingFiles::standard()
 
 void startLogging(const LoggingFiles& files, bool allowDebugLevels)
 {
-    const QString logDirectory = QDir(files.logDirectory).absolutePath();
-    if (!QDir().mkpath(logDirectory))
-        qDebug() << "Could not make directory for log files:" << logDirectory;
+    makePrivateDirectory(QDir(files.logDirectory).absolutePath());
     for (const QString& path : {files.applicationIniPath, files.userIniPath}) {
         qDebug() << "Loading logging configuration from" << path;
         loadLoggingConfiguration(path, files.logDirectory, allowDebugLevels);

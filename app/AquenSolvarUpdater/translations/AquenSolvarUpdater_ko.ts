@@ -1,0 +1,179 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ko" sourcelanguage="en_US">
+<context>
+    <name>AquenSolvar::Device::AquenSolvarDevice</name>
+    <message>
+        <source>Devices</source>
+        <translation>장치</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Device::AquenSolvarDfuDevice</name>
+    <message>
+        <source>DFU Devices</source>
+        <translation>DFU 장치</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Device::DFUDownloadJob</name>
+    <message>
+        <source>A unit&apos;s firmware is being updated.</source>
+        <translation>장치의 펌웨어를 업데이트하고 있습니다.</translation>
+    </message>
+    <message>
+        <source>Caught USB exception: %1</source>
+        <translation>USB 오류: %1</translation>
+    </message>
+    <message>
+        <source>Too much data to complete upload.</source>
+        <translation>데이터가 너무 커서 전송할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>No device to update.</source>
+        <translation>업데이트할 장치가 없습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to read device status.</source>
+        <translation>장치 상태를 읽지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to clear device status.</source>
+        <translation>장치 상태를 초기화하지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to upload firmware data.</source>
+        <translation>펌웨어 데이터를 전송하지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to upload firmware.</source>
+        <translation>펌웨어를 전송하지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to erase flash.</source>
+        <translation>플래시 메모리를 지우지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to flash device sector.</source>
+        <translation>장치의 섹터에 쓰지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Error while flashing firmware.</source>
+        <translation>펌웨어를 쓰는 중 오류가 발생했습니다.</translation>
+    </message>
+    <message>
+        <source>Error state while flashing firmware.</source>
+        <translation>펌웨어를 쓰는 중 장치가 오류 상태가 되었습니다.</translation>
+    </message>
+    <message>
+        <source>Failed to finalize firmware flashing.</source>
+        <translation>펌웨어 쓰기를 완료하지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
+        <translation>“DFU” 모드의 Aquen/Solvar(으)로 전송하는 중 오류 상태가 되었습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceInfoContents</name>
+    <message>
+        <source>Connected</source>
+        <translation>연결됨</translation>
+    </message>
+    <message>
+        <source>Unknown Device Type</source>
+        <translation>알 수 없는 장치 유형</translation>
+    </message>
+    <message>
+        <source>Firmware Up To Date</source>
+        <translation>최신 펌웨어</translation>
+    </message>
+    <message>
+        <source>Resume Update</source>
+        <translation>업데이트 계속</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>펌웨어 업데이트</translation>
+    </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>부트로더 상태</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>업데이트 필요</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceListView</name>
+    <message>
+        <source>Devices</source>
+        <translation>장치</translation>
+    </message>
+    <message>
+        <source>Looking for Aquen or Solvar connected via USB</source>
+        <translation>USB로 연결된 Aquen 또는 Solvar를 찾는 중</translation>
+    </message>
+</context>
+<context>
+    <name>FirmwareUpdateState</name>
+    <message>
+        <source>Done</source>
+        <translation>완료</translation>
+    </message>
+    <message>
+        <source>Preparing to update firmware…</source>
+        <translation>펌웨어 업데이트 준비 중…</translation>
+    </message>
+    <message>
+        <source>Preparing device to receive update…</source>
+        <translation>업데이트를 받을 장치 준비 중…</translation>
+    </message>
+    <message>
+        <source>Error while dropping to boot loader.</source>
+        <translation>부트로더로 전환하는 중 오류가 발생했습니다.</translation>
+    </message>
+    <message>
+        <source>Updating firmware, please leave device connected…</source>
+        <translation>펌웨어 업데이트 중입니다. 장치 연결을 유지하십시오…</translation>
+    </message>
+    <message>
+        <source>Error while starting to upload the firmware.</source>
+        <translation>펌웨어 전송을 시작하는 중 오류가 발생했습니다.</translation>
+    </message>
+    <message>
+        <source>Restarting device…</source>
+        <translation>장치 다시 시작 중…</translation>
+    </message>
+    <message>
+        <source>Update successful!</source>
+        <translation>업데이트가 완료되었습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressBar</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>ThreeCircleLoadingIndicator</name>
+    <message>
+        <source>Searching</source>
+        <translation>검색 중</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Aquen/Solvar Updater</source>
+        <translation>Aquen/Solvar Updater</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>종료</translation>
+    </message>
+</context>
+</TS>

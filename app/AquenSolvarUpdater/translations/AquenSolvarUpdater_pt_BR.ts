@@ -1,0 +1,179 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="pt_BR" sourcelanguage="en_US">
+<context>
+    <name>AquenSolvar::Device::AquenSolvarDevice</name>
+    <message>
+        <source>Devices</source>
+        <translation>Dispositivos</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Device::AquenSolvarDfuDevice</name>
+    <message>
+        <source>DFU Devices</source>
+        <translation>Dispositivos DFU</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Device::DFUDownloadJob</name>
+    <message>
+        <source>A unit&apos;s firmware is being updated.</source>
+        <translation>O firmware de um dispositivo está sendo atualizado.</translation>
+    </message>
+    <message>
+        <source>Caught USB exception: %1</source>
+        <translation>Erro de USB: %1</translation>
+    </message>
+    <message>
+        <source>Too much data to complete upload.</source>
+        <translation>Dados demais para concluir a transferência.</translation>
+    </message>
+    <message>
+        <source>No device to update.</source>
+        <translation>Nenhum dispositivo para atualizar.</translation>
+    </message>
+    <message>
+        <source>Failed to read device status.</source>
+        <translation>Não foi possível ler o estado do dispositivo.</translation>
+    </message>
+    <message>
+        <source>Failed to clear device status.</source>
+        <translation>Não foi possível limpar o estado do dispositivo.</translation>
+    </message>
+    <message>
+        <source>Failed to upload firmware data.</source>
+        <translation>Não foi possível transferir os dados do firmware.</translation>
+    </message>
+    <message>
+        <source>Failed to upload firmware.</source>
+        <translation>Não foi possível transferir o firmware.</translation>
+    </message>
+    <message>
+        <source>Failed to erase flash.</source>
+        <translation>Não foi possível apagar a memória flash.</translation>
+    </message>
+    <message>
+        <source>Failed to flash device sector.</source>
+        <translation>Não foi possível gravar um setor do dispositivo.</translation>
+    </message>
+    <message>
+        <source>Error while flashing firmware.</source>
+        <translation>Erro ao gravar o firmware.</translation>
+    </message>
+    <message>
+        <source>Error state while flashing firmware.</source>
+        <translation>O dispositivo indicou um erro ao gravar o firmware.</translation>
+    </message>
+    <message>
+        <source>Failed to finalize firmware flashing.</source>
+        <translation>Não foi possível concluir a gravação do firmware.</translation>
+    </message>
+    <message>
+        <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
+        <translation>Estado de erro ao transferir para o Aquen/Solvar no modo “DFU”.</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceInfoContents</name>
+    <message>
+        <source>Connected</source>
+        <translation>Conectado</translation>
+    </message>
+    <message>
+        <source>Unknown Device Type</source>
+        <translation>Tipo de dispositivo desconhecido</translation>
+    </message>
+    <message>
+        <source>Firmware Up To Date</source>
+        <translation>Firmware atualizado</translation>
+    </message>
+    <message>
+        <source>Resume Update</source>
+        <translation>Retomar atualização</translation>
+    </message>
+    <message>
+        <source>Update Firmware</source>
+        <translation>Atualizar firmware</translation>
+    </message>
+    <message>
+        <source>In its bootloader</source>
+        <translation>No bootloader</translation>
+    </message>
+    <message>
+        <source>Update needed</source>
+        <translation>Atualização necessária</translation>
+    </message>
+</context>
+<context>
+    <name>DeviceListView</name>
+    <message>
+        <source>Devices</source>
+        <translation>Dispositivos</translation>
+    </message>
+    <message>
+        <source>Looking for Aquen or Solvar connected via USB</source>
+        <translation>Procurando Aquen ou Solvar conectado por USB</translation>
+    </message>
+</context>
+<context>
+    <name>FirmwareUpdateState</name>
+    <message>
+        <source>Done</source>
+        <translation>Concluir</translation>
+    </message>
+    <message>
+        <source>Preparing to update firmware…</source>
+        <translation>Preparando a atualização do firmware…</translation>
+    </message>
+    <message>
+        <source>Preparing device to receive update…</source>
+        <translation>Preparando o dispositivo para a atualização…</translation>
+    </message>
+    <message>
+        <source>Error while dropping to boot loader.</source>
+        <translation>Erro ao entrar no bootloader.</translation>
+    </message>
+    <message>
+        <source>Updating firmware, please leave device connected…</source>
+        <translation>Atualizando o firmware, mantenha o dispositivo conectado…</translation>
+    </message>
+    <message>
+        <source>Error while starting to upload the firmware.</source>
+        <translation>Erro ao iniciar a transferência do firmware.</translation>
+    </message>
+    <message>
+        <source>Restarting device…</source>
+        <translation>Reiniciando o dispositivo…</translation>
+    </message>
+    <message>
+        <source>Update successful!</source>
+        <translation>Atualização concluída!</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressBar</name>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>ThreeCircleLoadingIndicator</name>
+    <message>
+        <source>Searching</source>
+        <translation>Procurando</translation>
+    </message>
+</context>
+<context>
+    <name>main</name>
+    <message>
+        <source>Aquen/Solvar Updater</source>
+        <translation>Aquen/Solvar Updater</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Sair</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,19 @@
+# What makes a mistake in the code harder to use against the person who runs it. For ELF platforms;
+# scripts/check-hardening reads all of it back from the built executable.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+if(UNIX AND NOT APPLE)
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+        add_compile_options(-fcf-protection)
+    endif()
+    # Fortified calls exist only in optimised code, and hide faults from the sanitizers' own checks.
+    if(NOT ASU_SANITIZE)
+        add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE>
+                            $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
+        add_compile_definitions($<$<CONFIG:Release,RelWithDebInfo>:_GLIBCXX_ASSERTIONS>)
+    endif()
+    # as-needed: a static library brings what it may use; a program loads what it does use.
+    add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+endif()

@@ -1,0 +1,10 @@
+#include "CppToQml.h"
+
+namespace Common {
+
+void CppToQml::qml_assert(bool /*test*/, const QString& /*method*/, const QString& /*file*/,
+                          int /*line*/, const QString& /*message*/)
+{
+}
+
+} // namespace Common
