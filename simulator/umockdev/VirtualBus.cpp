@@ -8,19 +8,15 @@
 
 namespace VirtualUnit {
 
-namespace {
-
-std::unique_ptr<BusHost> makeTestbed()
+std::unique_ptr<BusHost> VirtualBus::makeHost()
 {
-    if (!VirtualBus::available())
+    if (!available())
         throw std::runtime_error("the virtual bus needs LD_PRELOAD=libumockdev-preload.so.0");
     return std::make_unique<Testbed>();
 }
 
-} // namespace
-
 VirtualBus::VirtualBus()
-    : Bus(makeTestbed())
+    : Bus(makeHost())
 {
 }
 

@@ -16,6 +16,9 @@ public:
     /// Throws std::runtime_error when the library is not preloaded.
     VirtualBus();
 
+    /// The host alone. Throws as the constructor does.
+    static std::unique_ptr<BusHost> makeHost();
+
     /// Whether the library is preloaded into this process.
     static bool available();
 };
