@@ -147,6 +147,8 @@ void tst_protocol::memoryLayout_data()
     QTest::newRow("to the end of the address space")
         << "@A/0xFFFFFC00/1*1Kg" << Segments{{0xFFFFFC00, 0xFFFFFFFF, 1024}} << "";
     QTest::newRow("one byte past it") << "@A/0xFFFFFC01/1*1Kg" << Segments{} << "fit 32 bits";
+    QTest::newRow("nothing past it")
+        << "@A/0xFFFFFC00/1*1Kg,0*1Bg" << Segments{{0xFFFFFC00, 0xFFFFFFFF, 1024}} << "fit 32 bits";
     QTest::newRow("count * size past 64 bits")
         << "@A/0x0/999999999999999999*999999999999999999Mg" << Segments{} << "fit 32 bits";
     QTest::newRow("count * size past 32 bits")

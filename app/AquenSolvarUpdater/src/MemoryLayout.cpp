@@ -59,9 +59,10 @@ bool appendSegment(const SectorGroup& group, qint64& address, QList<MemorySegmen
     const bool factorsFit = group.count >= 0 && group.count < addressSpace && group.size >= 0 &&
                             group.size < addressSpace / factor;
     const qint64 pageSize = factorsFit ? group.size * factor : 0;
-    // Both below 2^32: the product is compared before it is made.
-    const bool lengthFits =
-        factorsFit && (pageSize == 0 || group.count <= (addressSpace - address) / pageSize);
+    // A group may follow one that ends with the last address: even empty, it starts nowhere.
+    // Count and size are below 2^32: the product is compared before it is made.
+    const bool lengthFits = factorsFit && address < addressSpace &&
+                            (pageSize == 0 || group.count <= (addressSpace - address) / pageSize);
     const qint64 end = lengthFits ? address + group.count * pageSize - 1 : -1;
     if (end < 0) {
         QLOG_WARN() << "Memory segment does not fit 32 bits:" << group.count << "pages of"
