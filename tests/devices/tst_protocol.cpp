@@ -160,7 +160,10 @@ void tst_protocol::memoryLayout_data()
         << "@A/0x08000000/" + QString(200, QLatin1Char('9')) + "*1Kg" << Segments{} << "";
     QTest::newRow("unknown multiplier after good groups")
         << "@A/0x08000000/04*016Kg,01*064Kg,1*1Xg"
-        << Segments{sixteenKs, {0x08010000, 0x0801FFFF, 65536}} << "Unknown multiplier:";
+        << Segments{sixteenKs, {0x08010000, 0x0801FFFF, 65536}} << "Unknown multiplier: X";
+    QTest::newRow("unknown multiplier that would break the line")
+        << "@A/0x08000000/04*016Kg,1*1\n"
+        << Segments{sixteenKs} << "Unknown multiplier: 0x0a";
     QTest::newRow("no name") << "@/0x08000000/04*016Kg" << Segments{} << "";
     QTest::newRow("no slash after the address") << "@A/0x08000000" << Segments{} << "";
     QTest::newRow("no address") << "@Internal Flash" << Segments{} << "";

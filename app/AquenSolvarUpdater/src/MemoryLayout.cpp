@@ -48,12 +48,19 @@ qint64 factorOf(char multiplier)
     }
 }
 
+// The unit's character for a log line, in which it must not start a line or an escape of its own.
+QByteArray loggable(char character)
+{
+    const bool printable = character >= 0x20 && character < 0x7F;
+    return printable ? QByteArray(1, character) : "0x" + QByteArray(1, character).toHex();
+}
+
 // Appends the segment of a group that starts at @p address and moves the address past it.
 bool appendSegment(const SectorGroup& group, qint64& address, QList<MemorySegment>& segments)
 {
     const qint64 factor = factorOf(group.multiplier);
     if (factor == 0) {
-        QLOG_WARN() << "Unknown multiplier:" << group.multiplier;
+        QLOG_WARN() << "Unknown multiplier:" << loggable(group.multiplier).constData();
         return false;
     }
     const bool factorsFit = group.count >= 0 && group.count < addressSpace && group.size >= 0 &&
