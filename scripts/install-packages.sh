@@ -2,7 +2,8 @@
 # Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
 # for no rights, when all are there.
 #   scripts/install-packages.sh [--list] PURPOSE…
-# Purposes: build run test demo lint coverage benchmark wayland. --list prints the packages and installs nothing.
+# Purposes: build run test demo lint coverage fuzz benchmark wayland. --list prints the packages and
+# installs nothing.
 set -euo pipefail
 
 packages_for() {
@@ -24,6 +25,7 @@ packages_for() {
         demo) echo umockdev xvfb xdotool imagemagick python3 ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         coverage) echo gcovr ;;
+        fuzz) echo clang libclang-rt-14-dev ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
         *)
