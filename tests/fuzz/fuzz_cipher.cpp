@@ -50,5 +50,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<QByteArray> plain = Common::boundedUncompress(payload, limit);
     require(!plain || plain->size() <= limit, "unpacking stops at the limit");
     require(!plain || *plain == qUncompress(payload), "unpacking agrees with Qt's own");
+    QByteArray packed = qCompress(payload, 1);
+    require(Common::boundedUncompress(packed, payload.size()) == payload,
+            "a limit that is met lets all through");
+    packed.replace(0, 4, QByteArray(4, '\0'));
+    require(payload.isEmpty() || !Common::boundedUncompress(packed, payload.size() - 1),
+            "one byte over the limit is too much, whatever length is stated");
     return 0;
 }
