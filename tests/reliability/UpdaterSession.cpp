@@ -15,6 +15,7 @@
 #include <QSaveFile>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
 
 using AquenSolvar::AquenSolvarTaskFactory;
@@ -116,6 +117,10 @@ QList<QQuickItem*> UpdaterSession::visible(const QString& objectName) const
 {
     QList<QQuickItem*> found;
     collectBelow(m_window->contentItem(), objectName, found);
+    // Delegates are made in the order in which their units came.
+    std::stable_sort(found.begin(), found.end(), [](QQuickItem* left, QQuickItem* right) {
+        return left->mapToScene(QPointF()).y() < right->mapToScene(QPointF()).y();
+    });
     return found;
 }
 

@@ -45,7 +45,7 @@ public:
     QQuickWindow* window() const { return m_window; }
     QQmlApplicationEngine* engine() const { return m_engine.get(); }
 
-    /// Visible items of that object name.
+    /// Visible items of that object name, from top to bottom.
     QList<QQuickItem*> visible(const QString& objectName) const;
     /// The visible item of that object name, when there is exactly one.
     QQuickItem* one(const QString& objectName) const;
