@@ -22,7 +22,6 @@ constexpr quint8 requestClearStatus = 4;
 
 constexpr quint16 statusLength = 6;
 constexpr unsigned timeoutMs = 1000;
-constexpr unsigned statusTimeoutMs = 100000;
 
 constexpr quint8 configurationDescriptor = 2;
 constexpr quint16 configurationBufferSize = 4096;
@@ -94,7 +93,7 @@ bool DfuDevice::dfuGetStatus()
     try {
         m_reply = decodeStatusReply(controlRead(classRead, requestGetStatus, 0,
                                                 quint16(interfaceNumber()), statusLength,
-                                                statusTimeoutMs));
+                                                unsigned(m_statusTimeout.count())));
     } catch (const USB::USBException& exception) {
         return failRequest(exception.what());
     }
