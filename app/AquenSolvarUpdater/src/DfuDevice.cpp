@@ -43,6 +43,10 @@ DfuDevice::DfuDevice(USB::P_LibUsbDevice record)
     : USB::USBDevice(std::move(record), 1, 0)
     , m_deviceType(bootloaderOf(descriptor().idProduct))
 {
+    // A property whose type name is not registered reads as undefined, without a word.
+    qRegisterMetaType<uint8_t>("uint8_t");
+    qRegisterMetaType<uint16_t>("uint16_t");
+    qRegisterMetaType<uint32_t>("uint32_t");
     if (m_deviceType == UNKNOWN_DFU)
         QLOG_WARN() << "Unknown device:" << descriptor().idProduct;
 }
@@ -81,9 +85,8 @@ void DfuDevice::readFunctionalDescriptor()
         QLOG_ERROR() << "The configuration descriptor holds no DFU functional descriptor.";
 }
 
-bool DfuDevice::failRequest(const char* message)
+bool DfuDevice::failRequest()
 {
-    QLOG_ERROR() << "USB Error:" << message;
     m_reply.status = DFU_STATUS_ERROR_UNKNOWN;
     m_reply.state = DFU_STATE_ERROR;
     return false;
@@ -96,7 +99,8 @@ bool DfuDevice::dfuGetStatus()
                                                 quint16(interfaceNumber()), statusLength,
                                                 statusTimeoutMs));
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -107,7 +111,8 @@ bool DfuDevice::dfuClearStatus()
         controlWrite(classWrite, requestClearStatus, 0, quint16(interfaceNumber()), QByteArray(),
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -118,7 +123,8 @@ bool DfuDevice::dfuDownload(quint16 blockNumber, const QByteArray& data)
         controlWrite(classWrite, requestDownload, blockNumber, quint16(interfaceNumber()), data,
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
