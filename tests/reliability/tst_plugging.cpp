@@ -1,6 +1,8 @@
 // Units that come, go and change in ways that no single update sees, and windows that are closed.
 #include "AquenSolvarListModel.h"
 #include "FirmwareImage.h"
+#include "LoggingStartup.h"
+#include "TempFiles.h"
 #include "UpdaterSession.h"
 
 #include <QDir>
@@ -60,6 +62,7 @@ private slots:
     void closedInEveryState_data();
     void closedInEveryState();
     void noPermission();
+    void fullDiskUnderTheLog();
 
 private:
     void startSession(const SessionTimes& times);
@@ -362,6 +365,23 @@ void tst_plugging::noPermission()
     m_session->wait([] { return false; }, 150);
     m_bus->bus().plug(unit);
     QVERIFY(m_session->wait([&] { return m_session->offers("Update Firmware", true); }));
+}
+
+void tst_plugging::fullDiskUnderTheLog()
+{
+    const TempFiles files;
+    const Common::LoggingFiles logging = {
+        files.path("logs"), files.put("Logging.ini", "[default]\nlevel=TRACE\nfile=full.log\n"),
+        files.path("none.ini")};
+    QVERIFY(QDir(files.root()).mkpath("logs"));
+    QVERIFY(QFile::link("/dev/full", files.path("logs/full.log")));
+    Common::startLogging(logging, false);
+    const P_Unit unit = m_bus->plugApplication("A-1", "1.2.0");
+    startUpdate();
+    QVERIFY(m_session->wait([&] { return m_session->isDone(); }));
+    QCOMPARE(m_session->barText(), QStringLiteral("Update successful!"));
+    QVERIFY(holds(unit, m_aquenImage));
+    QVERIFY(QFile(logging.logDirectory + "/full.log").symLinkTarget() == "/dev/full");
 }
 
 QTEST_MAIN(tst_plugging)
