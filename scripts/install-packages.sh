@@ -19,7 +19,7 @@ packages_for() {
             libgl1-mesa-dri ;;
         # The virtual bus and the tools of others that judge the virtual units.
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
-            xvfb at-spi2-core python3-pyatspi ;;
+            xvfb at-spi2-core python3-pyatspi openssl strace ;;
         # A screen without a monitor, and hands on it.
         demo) echo umockdev xvfb xdotool imagemagick python3 ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
