@@ -6,6 +6,7 @@ import AquenSolvar.Tasks 1.0
 import Common 1.0
 import Common.File 1.0
 import QsLog 1.0
+import SLog 1.0
 import USB 1.0
 
 // Each native type that documents may use, in one document: it loads only when all are registered.
