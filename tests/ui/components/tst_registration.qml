@@ -33,6 +33,7 @@ TestCase {
         compare(CppToQml.qml_assert(false, "method", "file", 1, "message"), undefined);
         compare(FileIO.readFile("/nowhere/at/all"), "");
         verify(Paths.resourceDirectory().length > 0);
+        compare(SLog.track("with nothing started"), undefined);
         verify(QsLogHelpers.qml_RelativeSrcDir("qrc:/qml/main.qml").length > 0);
     }
 
