@@ -285,13 +285,17 @@ void tst_faultmatrix::reachTheEnd(StepFault fault, const Outcome& expected)
 void tst_faultmatrix::checkSignals(const Step& step, StepFault fault, const Outcome& expected)
 {
     const QStringList unitSignals = unitSignalsOf(step, fault, expected);
-    m_session->wait([&] { return m_session->unitSignals().size() >= unitSignals.size(); });
+    const QStringList taskSignals = taskSignalsOf(expected);
+    m_session->wait([&] {
+        return m_session->unitSignals().size() >= unitSignals.size() &&
+               m_session->taskSignals().size() >= taskSignals.size();
+    });
     QCOMPARE(m_session->unitSignals(), unitSignals);
     if (expected.terminal == Terminal::List) {
         QCOMPARE(m_session->states(), QStringList());
         return;
     }
-    QCOMPARE(m_session->taskSignals(), taskSignalsOf(expected));
+    QCOMPARE(m_session->taskSignals(), taskSignals);
     QCOMPARE(m_session->states(), statesOf(step, expected.terminal));
 }
 
