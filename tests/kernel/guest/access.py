@@ -45,7 +45,7 @@ def denied_without_rule(machine):
         node = node_of(units.wait_for(APPLICATION))
         expect_access(node, member=False, visitor=False)
         with Program(machine.results, machine.driver, "no-rule", "member", "offscreen") as program:
-            program.wait_for_log(r"Could not open the .*LIBUSB_ERROR_ACCESS.*udev rule", 60)
+            program.wait_for_log(r"Could not open the .*LIBUSB_ERROR_ACCESS.*udev rule", 120)
             program.require_not(r"List of devices have changed")
             # What its user's manual says is done while the program runs: it is then listed.
             install_rule(machine)

@@ -14,7 +14,7 @@ import traceback
 import access
 import strangers
 import updates
-from program import FIRMWARES, load_driver
+from program import FIRMWARES, Display, load_driver
 from units import PORTS, CheckError
 
 IMAGE_VERSION = "1.3.1"
@@ -32,6 +32,7 @@ class Machine:
         self.rule = arguments.project / "packaging/linux/70-aquen-solvar-updater.rules"
         self.image_version = IMAGE_VERSION
         self.images = {}
+        self.display = None
         self._tarnware = arguments.tarnware
 
     def prepare(self):
@@ -52,6 +53,7 @@ class Machine:
                      if line.startswith("plugdev:") else line) + "\n" for line in groups),
             encoding="utf-8")
         access.remove_rules()
+        self.display = Display(self.results)
         subprocess.run(["/lib/systemd/systemd-udevd", "--daemon"], check=True, timeout=30,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 

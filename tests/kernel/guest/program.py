@@ -6,10 +6,11 @@ import importlib.util
 import os
 import pathlib
 import re
+import select
 import shutil
 import subprocess
 
-from units import CheckError, wait_until
+from units import CheckError
 
 PROGRAM = "/opt/updater/bin/AquenSolvarUpdater"
 FIRMWARES = pathlib.Path("/opt/updater/lib/aquen-solvar-updater/Resources/Firmwares")
@@ -34,24 +35,27 @@ def may_open(user, node):
 
 
 class Display:
-    """An X server without a monitor."""
+    """An X server without a monitor. It needs a while to start: make it early, wait late."""
 
-    def __init__(self, name=":7"):
+    def __init__(self, results):
         os.makedirs("/tmp/.X11-unix", mode=0o1777, exist_ok=True)
-        os.environ["DISPLAY"] = name
-        self._server = subprocess.Popen(
-            ["Xvfb", name, "-ac", "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._ready, ready = os.pipe()
+        with open(results / "display.txt", "wb") as messages:
+            self._server = subprocess.Popen(
+                ["Xvfb", "-displayfd", str(ready), "-ac", "-screen", "0", "1024x768x24",
+                 "-nolisten", "tcp"],
+                stdout=messages, stderr=messages, stdin=subprocess.DEVNULL, pass_fds=[ready])
+        os.close(ready)
 
-    def __enter__(self):
-        wait_until("an X server", 40, lambda: subprocess.run(
-            ["xdotool", "getdisplaygeometry"], stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL, check=False).returncode == 0)
-        return self
-
-    def __exit__(self, *_):
-        self._server.kill()
-        self._server.wait()
+    def wait(self):
+        """Makes it the display of all that is started from now on."""
+        if "DISPLAY" in os.environ:
+            return
+        readable, _, _ = select.select([self._ready], [], [], 120)
+        number = os.read(self._ready, 16).decode().strip() if readable else ""
+        if not number:
+            raise CheckError(f"no X server (status {self._server.poll()}); see display.txt")
+        os.environ["DISPLAY"] = ":" + number
 
 
 class Program:

@@ -2,7 +2,7 @@
 
 import hashlib
 
-from program import Display, Program
+from program import Program
 from units import CheckError, Units
 
 APPLICATION = {"aquen": "0c07", "solvar": "0c08"}
@@ -30,7 +30,7 @@ def press_the_button(program, driver, name):
 
 
 def wait_for_list(program, count):
-    program.session.wait_for_window(60)
+    program.session.wait_for_window(120)
     program.wait_for_log(r"DefaultState", 30)
     program.wait_for_log(f"List of devices have changed: {count}", 30)
 
@@ -54,7 +54,8 @@ def quit_by_pointer(program, driver):
 
 def update(machine):
     driver = machine.driver
-    with Display(), Units(machine.bus, "aquen:serial=AQ-KERNEL-1:firmware=1.2.0") as units, \
+    machine.display.wait()
+    with Units(machine.bus, "aquen:serial=AQ-KERNEL-1:firmware=1.2.0") as units, \
             Program(machine.results, driver, "update", "member", "xcb") as program:
         wait_for_list(program, 1)
         press_the_button(program, driver, "list.png")
@@ -69,7 +70,8 @@ def update(machine):
 
 def resume_after_unplugging(machine):
     driver = machine.driver
-    with Display(), Units(machine.bus, "solvar:serial=SO-KERNEL-2:firmware=1.2.0") as units, \
+    machine.display.wait()
+    with Units(machine.bus, "solvar:serial=SO-KERNEL-2:firmware=1.2.0") as units, \
             Program(machine.results, driver, "resume", "member", "xcb") as program:
         wait_for_list(program, 1)
         press_the_button(program, driver, "list.png")
@@ -102,7 +104,7 @@ def plug_cycles(machine, rounds=10):
     with Units(machine.bus, "aquen", "solvar", "aquen:plugged=no", "solvar:plugged=no") as units, \
             Program(machine.results, machine.driver, "cycles", "member", "offscreen") as program:
         program.log.show = lambda line: None
-        program.wait_for_log(r"List of devices have changed: 2", 60)
+        program.wait_for_log(r"List of devices have changed: 2", 120)
         before = [program.saw(rf"\] {event} {product}") for event in events]
         for number in range(1, rounds + 1):
             arriving, leaving = kinds[number % 2], kinds[1 - number % 2]
