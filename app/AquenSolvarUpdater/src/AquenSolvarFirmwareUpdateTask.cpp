@@ -69,6 +69,7 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
         m_device = QSharedPointer<Device::DfuDevice>(new Device::DfuDevice(m_record),
                                                      &QObject::deleteLater);
         m_device->setPollSleep(m_pollSleep);
+        m_device->setStatusTimeout(m_statusTimeout);
         m_device->init();
         m_device->setAlternateSetting(0);
     } catch (const USB::USBException& exception) {

@@ -40,8 +40,9 @@ public:
     /// Sets the progress to 0 and says so, whatever it was.
     Q_INVOKABLE void resetProgress();
 
-    /// The pause between status reads of downloads started from now on.
+    /// The pause between status reads, and their time-out, of downloads started from now on.
     void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
+    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
 
 signals:
     void uploadFinsihed(); // spelled so; the user interface connects to this name
@@ -65,6 +66,7 @@ private:
     QByteArray m_firmware;
     float m_progress = 0;
     std::chrono::milliseconds m_pollSleep = Device::DfuDevice::defaultPollSleep;
+    std::chrono::milliseconds m_statusTimeout = Device::DfuDevice::defaultStatusTimeout;
     QElapsedTimer m_elapsed;
 };
 

@@ -14,8 +14,11 @@ AquenSolvarTaskFactory::makeFirmwareUploadTask(Device::AquenSolvarDfuDevice* dev
 {
     if (device == nullptr)
         QLOG_ERROR() << "Asked for an update task without a device";
-    return new Tasks::AquenSolvarFirmwareUpdateTask(device != nullptr ? device->record()
-                                                                      : USB::P_LibUsbDevice());
+    auto* task = new Tasks::AquenSolvarFirmwareUpdateTask(
+        device != nullptr ? device->record() : USB::P_LibUsbDevice());
+    task->setPollSleep(m_pollSleep);
+    task->setStatusTimeout(m_statusTimeout);
+    return task;
 }
 
 } // namespace AquenSolvar

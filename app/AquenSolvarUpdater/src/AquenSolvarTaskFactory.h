@@ -19,6 +19,14 @@ public:
     /// device the task has no unit, and its upload fails.
     Q_INVOKABLE AquenSolvar::Tasks::AquenSolvarFirmwareUpdateTask*
     makeFirmwareUploadTask(AquenSolvar::Device::AquenSolvarDfuDevice* device);
+
+    /// The pause between status reads, and their time-out, in tasks made from now on.
+    void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
+    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
+
+private:
+    std::chrono::milliseconds m_pollSleep = Device::DfuDevice::defaultPollSleep;
+    std::chrono::milliseconds m_statusTimeout = Device::DfuDevice::defaultStatusTimeout;
 };
 
 } // namespace AquenSolvar

@@ -37,6 +37,8 @@ const char usage[] = "Usage: AquenSolvarUpdater [options]\n"
 
 void defineOptions(QCommandLineParser& parser)
 {
+    // The framework's own options have words after one dash; "-reverse" is no "-v".
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addHelpOption();
     parser.addVersionOption();
 }

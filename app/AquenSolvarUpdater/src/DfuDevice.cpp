@@ -22,7 +22,6 @@ constexpr quint8 requestClearStatus = 4;
 
 constexpr quint16 statusLength = 6;
 constexpr unsigned timeoutMs = 1000;
-constexpr unsigned statusTimeoutMs = 100000;
 
 constexpr quint8 configurationDescriptor = 2;
 constexpr quint16 configurationBufferSize = 4096;
@@ -43,6 +42,10 @@ DfuDevice::DfuDevice(USB::P_LibUsbDevice record)
     : USB::USBDevice(std::move(record), 1, 0)
     , m_deviceType(bootloaderOf(descriptor().idProduct))
 {
+    // A property whose type name is not registered reads as undefined, without a word.
+    qRegisterMetaType<uint8_t>("uint8_t");
+    qRegisterMetaType<uint16_t>("uint16_t");
+    qRegisterMetaType<uint32_t>("uint32_t");
     if (m_deviceType == UNKNOWN_DFU)
         QLOG_WARN() << "Unknown device:" << descriptor().idProduct;
 }
@@ -81,9 +84,8 @@ void DfuDevice::readFunctionalDescriptor()
         QLOG_ERROR() << "The configuration descriptor holds no DFU functional descriptor.";
 }
 
-bool DfuDevice::failRequest(const char* message)
+bool DfuDevice::failRequest()
 {
-    QLOG_ERROR() << "USB Error:" << message;
     m_reply.status = DFU_STATUS_ERROR_UNKNOWN;
     m_reply.state = DFU_STATE_ERROR;
     return false;
@@ -94,9 +96,10 @@ bool DfuDevice::dfuGetStatus()
     try {
         m_reply = decodeStatusReply(controlRead(classRead, requestGetStatus, 0,
                                                 quint16(interfaceNumber()), statusLength,
-                                                statusTimeoutMs));
+                                                unsigned(m_statusTimeout.count())));
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -107,7 +110,8 @@ bool DfuDevice::dfuClearStatus()
         controlWrite(classWrite, requestClearStatus, 0, quint16(interfaceNumber()), QByteArray(),
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -118,7 +122,8 @@ bool DfuDevice::dfuDownload(quint16 blockNumber, const QByteArray& data)
         controlWrite(classWrite, requestDownload, blockNumber, quint16(interfaceNumber()), data,
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }

@@ -44,6 +44,8 @@ public:
     static constexpr quint32 imageStartAddress = 0x08003800;
     /// The fixed pause before each status read of a wait. The unit's own poll time-out is not used.
     static constexpr std::chrono::milliseconds defaultPollSleep{50};
+    /// How long a unit may take to tell its status: some are deaf while they erase.
+    static constexpr std::chrono::milliseconds defaultStatusTimeout{100000};
 
     /// Opens nothing. @throws USB::USBException when the device descriptor cannot be read.
     explicit DfuDevice(USB::P_LibUsbDevice record);
@@ -93,6 +95,9 @@ public:
     /// The pause of poll(), before the unit is used.
     void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
 
+    /// The time-out of dfuGetStatus(), before the unit is used.
+    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
+
 signals:
     // For observers; the requests change the fields without a signal.
     void stateChanged(AquenSolvar::Device::DFUState state);
@@ -101,7 +106,7 @@ signals:
 private:
     void readMemoryLayout();
     void readFunctionalDescriptor();
-    bool failRequest(const char* message);
+    bool failRequest();
 
     DfuStatusReply m_reply;
     DfuFunctionalDescriptor m_functional;
@@ -109,6 +114,7 @@ private:
     quint32 m_flashStartAddress = imageStartAddress;
     QList<MemorySegment> m_segments;
     std::chrono::milliseconds m_pollSleep = defaultPollSleep;
+    std::chrono::milliseconds m_statusTimeout = defaultStatusTimeout;
 };
 
 } // namespace Device

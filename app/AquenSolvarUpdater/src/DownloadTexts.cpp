@@ -37,7 +37,7 @@ constexpr std::array<const char*, 13> texts = {
 QString englishDownloadText(const QString& userText)
 {
     for (const char* source : texts) {
-        const QString english = QString::fromUtf8(source);
+        QString english = QString::fromUtf8(source);
         const QString shown = QCoreApplication::translate(context, source);
         if (userText == shown)
             return english;
@@ -48,7 +48,7 @@ QString englishDownloadText(const QString& userText)
         if (!userText.endsWith(shown.right(after)))
             continue;
         const QString cause = userText.mid(place, userText.size() - place - after);
-        return QString(english).replace(QLatin1String("%1"), englishDownloadText(cause));
+        return english.replace(QLatin1String("%1"), englishDownloadText(cause));
     }
     return userText;
 }

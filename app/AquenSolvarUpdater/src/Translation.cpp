@@ -51,7 +51,7 @@ QString suffixOf(const QLocale& locale)
 QString translationFor(const QStringList& uiLanguages)
 {
     for (const QString& name : uiLanguages) {
-        const QString suffix = suffixOf(QLocale(name));
+        QString suffix = suffixOf(QLocale(name));
         if (!suffix.isNull())
             return suffix;
     }

@@ -17,6 +17,17 @@ constexpr int eventWaitUs = 100000;
 constexpr unsigned descriptorTimeoutMs = 1000;
 constexpr int stringBufferSize = 1024;
 
+// Closes a handle unless that would end the program, see setAlternateSetting().
+struct HandleCloser
+{
+    bool canClose = true;
+    void operator()(libusb_device_handle* handle) const
+    {
+        if (canClose)
+            libusb_close(handle);
+    }
+};
+
 } // namespace
 
 USBDevice::USBDevice(P_LibUsbDevice device, int configurationNumber, int interfaceNumber,
@@ -51,32 +62,27 @@ void USBDevice::create()
 void USBDevice::init()
 {
     try {
-        openAndPrepare();
+        if (!m_device)
+            throw USBException(tr("No usb device given"));
+        libusb_device_handle* handle = nullptr;
+        checkError(libusb_open(m_device->device, &handle), tr("Could not open the usb device: %1"));
+        m_handle.reset(handle, HandleCloser());
+
+        QLOG_INFO() << "config number " << m_configurationNumber;
+        setConfiguration(m_configurationNumber);
+        setInterface(m_interfaceNumber);
+        emit opened();
+
+        libusb_config_descriptor* configuration = nullptr;
+        checkError(libusb_get_active_config_descriptor(m_device->device, &configuration),
+                   tr("Could not get active config descriptor: %1"));
+        m_configDescriptor = USBConfigDescriptor(configuration);
+        emit initialized();
     } catch (const USBException&) {
         QLOG_INFO() << "Caught exception, closing USB device";
         close();
         throw;
     }
-}
-
-void USBDevice::openAndPrepare()
-{
-    if (!m_device)
-        throw USBException(tr("No usb device given"));
-    libusb_device_handle* handle = nullptr;
-    checkError(libusb_open(m_device->device, &handle), tr("Could not open the usb device: %1"));
-    m_handle.reset(handle, &libusb_close);
-
-    QLOG_INFO() << "config number " << m_configurationNumber;
-    setConfiguration(m_configurationNumber);
-    setInterface(m_interfaceNumber);
-    emit opened();
-
-    libusb_config_descriptor* configuration = nullptr;
-    checkError(libusb_get_active_config_descriptor(m_device->device, &configuration),
-               tr("Could not get active config descriptor: %1"));
-    m_configDescriptor = USBConfigDescriptor(configuration);
-    emit initialized();
 }
 
 void USBDevice::stop()
@@ -99,6 +105,8 @@ void USBDevice::stop()
 void USBDevice::start()
 {
     moveToThread(this);
+    // Here, not in run(): a stop() that comes before the new thread gets that far must count.
+    m_stopRequested = false;
     QThread::start(QThread::InheritPriority);
 }
 
@@ -143,8 +151,14 @@ void USBDevice::setInterface(int interface)
 void USBDevice::setAlternateSetting(int alternate)
 {
     requireOpened();
-    checkError(libusb_set_interface_alt_setting(m_handle.get(), m_interfaceNumber, alternate),
-               tr("Could not set alternate setting: %1"));
+    const int result =
+        libusb_set_interface_alt_setting(m_handle.get(), m_interfaceNumber, alternate);
+    // For a device that has left the bus, libusb (1.0.26) unlocks a lock of the handle that it has
+    // not taken, and libusb_close() then finds the lock broken and aborts. The handle stays open
+    // instead: one descriptor of a device that is gone.
+    if (result == LIBUSB_ERROR_NO_DEVICE)
+        std::get_deleter<HandleCloser>(m_handle)->canClose = false;
+    checkError(result, tr("Could not set alternate setting: %1"));
     m_alternateSetting = alternate;
 }
 
@@ -206,7 +220,6 @@ QString USBDevice::getStringDescriptor(quint8 index)
 
 void USBDevice::run()
 {
-    m_stopRequested = false;
     try {
         while (!m_stopRequested)
             handleEventsOnce();

@@ -1,0 +1,227 @@
+#include "UpdaterSession.h"
+
+#include "AquenSolvarTaskFactory.h"
+#include "AquenSolvarWatcher.h"
+#include "FirmwareBundle.h"
+#include "LibusbDeviceEnumerator.h"
+#include "LibusbUSBNotifier.h"
+#include "Paths.h"
+#include "UserInterface.h"
+
+#include <QDir>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSaveFile>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+
+using AquenSolvar::AquenSolvarTaskFactory;
+using AquenSolvar::AquenSolvarWatcher;
+using AquenSolvar::Device::DfuDevice;
+using AquenSolvar::Device::P_I_Device;
+using AquenSolvar::Tasks::AquenSolvarFirmwareUpdateTask;
+
+namespace {
+
+// Every item below this one: delegates are no children of objects.
+void collectBelow(QQuickItem* item, const QString& objectName, QList<QQuickItem*>& found)
+{
+    if (!item->isVisible())
+        return;
+    if (objectName.isNull() || item->objectName() == objectName)
+        found << item;
+    for (QQuickItem* child : item->childItems())
+        collectBelow(child, objectName, found);
+}
+
+} // namespace
+
+SessionTimes SessionTimes::quick()
+{
+    return {20, 5, std::chrono::milliseconds(0), std::chrono::milliseconds(300)};
+}
+
+SessionTimes SessionTimes::real()
+{
+    return {USB::LibusbDeviceEnumerator::defaultListingDelayMs, 0, DfuDevice::defaultPollSleep,
+            DfuDevice::defaultStatusTimeout};
+}
+
+UpdaterSession::UpdaterSession(const SessionTimes& times)
+    : m_log({"main", "FirmwareUpdateState", "DFUDownloadJob", "DetachedJob", "AquenSolvarWatcher"})
+    , m_engine(std::make_unique<QQmlApplicationEngine>())
+{
+    if (!AquenSolvar::loadUserInterface(*m_engine))
+        return;
+    m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().constFirst());
+    useTimes(times);
+    listen();
+    wait([this] { return states().contains("DefaultState"); });
+    if (times.eventIntervalMs == 0)
+        return;
+    auto* notifier = m_window->findChild<USB::LibusbUSBNotifier*>();
+    connect(&m_libusbEvents, &QTimer::timeout, notifier,
+            &USB::LibusbUSBNotifier::on_LibusbEventTimer_timeout);
+    m_libusbEvents.start(times.eventIntervalMs);
+}
+
+UpdaterSession::~UpdaterSession() = default;
+
+void UpdaterSession::useTimes(const SessionTimes& times)
+{
+    m_window->findChild<USB::LibusbDeviceEnumerator*>()->setListingDelay(times.listingDelayMs);
+    auto* factory = m_engine->singletonInstance<AquenSolvarTaskFactory*>(
+        qmlTypeId("AquenSolvar", 1, 0, "AquenSolvarTaskFactory"));
+    factory->setPollSleep(times.pollSleep);
+    factory->setStatusTimeout(times.statusTimeout);
+}
+
+void UpdaterSession::listen()
+{
+    auto* watcher = m_window->findChild<AquenSolvarWatcher*>();
+    connect(watcher, &AquenSolvarWatcher::addedDevice, this, [this](const P_I_Device& device) {
+        m_unitSignals << "+" + device->serialName();
+        ++m_unitsPresent;
+    });
+    connect(watcher, &AquenSolvarWatcher::addedDFUDevice, this, [this] { m_unitSignals << "dfu"; });
+    connect(watcher, &AquenSolvarWatcher::removedDevice, this, [this](const P_I_Device& device) {
+        m_unitSignals << "-" + device->serialName();
+        --m_unitsPresent;
+    });
+    for (QObject* object : m_window->findChildren<QObject*>()) {
+        if (object->metaObject()->indexOfProperty("task") >= 0)
+            m_updatingState = object;
+    }
+    connect(m_updatingState, SIGNAL(taskChanged()), this, SLOT(on_updatingState_taskChanged()));
+    on_updatingState_taskChanged();
+}
+
+void UpdaterSession::on_updatingState_taskChanged()
+{
+    using Task = AquenSolvarFirmwareUpdateTask;
+    auto* task = m_updatingState->property("task").value<Task*>();
+    if (task == nullptr)
+        return;
+    connect(task, &Task::progressChanged, this, [this, task] {
+        m_taskSignals << "progress " + QString::number(double(task->progress()), 'g', 4);
+    });
+    connect(task, &Task::uploadFinsihed, this, [this] { m_taskSignals << "finished"; });
+    connect(task, &Task::uploadError, this,
+            [this](const QString& text) { m_taskSignals << "error " + text; });
+}
+
+QList<QQuickItem*> UpdaterSession::visible(const QString& objectName) const
+{
+    QList<QQuickItem*> found;
+    collectBelow(m_window->contentItem(), objectName, found);
+    // Delegates are made in the order in which their units came.
+    std::stable_sort(found.begin(), found.end(), [](QQuickItem* left, QQuickItem* right) {
+        return left->mapToScene(QPointF()).y() < right->mapToScene(QPointF()).y();
+    });
+    return found;
+}
+
+QQuickItem* UpdaterSession::one(const QString& objectName) const
+{
+    const QList<QQuickItem*> found = visible(objectName);
+    return found.size() == 1 ? found.first() : nullptr;
+}
+
+bool UpdaterSession::shows(const QString& text) const
+{
+    const QList<QQuickItem*> items = visible(QString());
+    return std::any_of(items.begin(), items.end(), [&text](QQuickItem* item) {
+        return item->property("text").toString() == text;
+    });
+}
+
+QString UpdaterSession::barText() const
+{
+    QQuickItem* text = one("progressBarText");
+    return text != nullptr ? text->property("text").toString() : QString();
+}
+
+bool UpdaterSession::isDone() const
+{
+    QQuickItem* button = one("doneButton");
+    return button != nullptr && button->isEnabled();
+}
+
+bool UpdaterSession::offers(const QString& buttonText, bool enabled) const
+{
+    QQuickItem* button = one("updateButton");
+    return button != nullptr && button->property("text").toString() == buttonText &&
+           button->isEnabled() == enabled && shows("Firmware Up To Date") != enabled;
+}
+
+bool UpdaterSession::press(QQuickItem* item)
+{
+    if (item == nullptr)
+        return false;
+    const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    QElapsedTimer turn;
+    turn.start();
+    QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    m_longestTurn = qMax(m_longestTurn, turn.elapsed());
+    return true;
+}
+
+bool UpdaterSession::wait(const std::function<bool()>& condition, int milliseconds)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!condition()) {
+        if (time.elapsed() > milliseconds)
+            return false;
+        QElapsedTimer turn;
+        turn.start();
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_longestTurn = qMax(m_longestTurn, turn.elapsed());
+        QTest::qSleep(1);
+    }
+    return true;
+}
+
+QStringList UpdaterSession::states() const
+{
+    QStringList names;
+    for (QString line : m_log.messages()) {
+        line.remove(0, line.indexOf(' ') + 1);
+        if (line.startsWith("ErrorDuringUpdateState:"))
+            line = "ErrorDuringUpdateState";
+        if (line.endsWith("State") && !line.contains(' '))
+            names << line;
+    }
+    return names;
+}
+
+void UpdaterSession::forget()
+{
+    m_log.clear();
+    m_unitSignals.clear();
+    m_taskSignals.clear();
+    m_longestTurn = 0;
+}
+
+bool shipFirmware(const QByteArray& aquenImage, const QByteArray& solvarImage)
+{
+    const QDir firmwares(Common::Paths::resourceDirectory() + "/Firmwares");
+    const auto put = [&firmwares](const QString& name, const QByteArray& image) {
+        // Put in place at once: programs of this folder run side by side.
+        QSaveFile file(firmwares.filePath(name));
+        return file.open(QIODevice::WriteOnly) &&
+               file.write(AquenSolvar::Device::packFirmwareBundle(10, image)) > 0 && file.commit();
+    };
+    return firmwares.mkpath(".") && put("aquen-v10.tarnware", aquenImage) &&
+           put("solvar-v10.tarnware", solvarImage);
+}
+
+void withoutSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.contains("does not support propagateSizeHints"))
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
+}
