@@ -23,7 +23,7 @@ using Common::SLog;
 
 namespace {
 
-constexpr int patience = 20'000;
+constexpr int patience = 30'000;
 
 struct Request
 {
@@ -119,7 +119,7 @@ private:
             return QDateTime(QDate(2031, 2, 3), QTime(4, 5, 6, 789));
         };
         result.flushInterval = flushInterval;
-        result.answerWithin = 3'000;
+        result.answerWithin = way == "silent" ? 1'500 : patience;
         return result;
     }
 
@@ -248,8 +248,13 @@ private slots:
         QVERIFY(arrived.size() > 2);
         trickle.stop();
         log.track("last");
-        arrived += nextRequest().events();
-        QCOMPARE(arrived, sent << "last");
+        sent << "last";
+        while (arrived.size() < sent.size()) {
+            const QStringList more = nextRequest().events();
+            QVERIFY(!more.isEmpty());
+            arrived += more;
+        }
+        QCOMPARE(arrived, sent);
         log.stopLogging();
     }
 
@@ -402,7 +407,7 @@ private slots:
 
     void sessionsStartAndStopOnManyThreads()
     {
-        constexpr int each = 15;
+        constexpr int each = 6;
         std::array<QThread, 3> threads;
         std::array<QObject, 3> places;
         std::atomic<int> calls{0};
