@@ -42,10 +42,10 @@ QString englishDownloadText(const QString& userText)
         if (userText == shown)
             return english;
         const int place = shown.indexOf(QLatin1String("%1"));
-        if (place < 0 || !userText.startsWith(shown.left(place)))
+        if (place < 0 || !userText.startsWith(shown.leftRef(place)))
             continue;
         const int after = shown.size() - place - 2;
-        if (!userText.endsWith(shown.right(after)))
+        if (!userText.endsWith(shown.rightRef(after)))
             continue;
         const QString cause = userText.mid(place, userText.size() - place - after);
         return english.replace(QLatin1String("%1"), englishDownloadText(cause));

@@ -23,7 +23,7 @@ QString suffixOf(const QLocale& locale)
 {
     switch (locale.language()) {
     case QLocale::English:
-        return QStringLiteral("");
+        return QLatin1String("");
     case QLocale::German:
         return QStringLiteral("de");
     case QLocale::French:
@@ -55,7 +55,7 @@ QString translationFor(const QStringList& uiLanguages)
         if (!suffix.isNull())
             return suffix;
     }
-    return QStringLiteral("");
+    return QLatin1String("");
 }
 
 bool installTranslation(QCoreApplication& application, const QString& suffix)
