@@ -7,6 +7,8 @@ set(ASU_VERSION_BUILD 0 CACHE STRING "Build number, below 1000")
 set(ASU_BUILD_TYPE release CACHE STRING "Build type: release, rc, beta or testing")
 set_property(CACHE ASU_BUILD_TYPE PROPERTY STRINGS release rc beta testing)
 set(ASU_GIT_COMMIT "" CACHE STRING "Source revision (40 hexadecimal digits); asked of git when empty")
+set(ASU_ANALYTICS_HOST analytics.invalid CACHE STRING
+    "Host of the analytics service, a port may follow; the default never resolves")
 
 math(EXPR ASU_VERSION_NUMBER "${ASU_VERSION_MAJOR} * 1000000000 + ${ASU_VERSION_MINOR} * 1000000 \
 + ${ASU_VERSION_REVISION} * 1000 + ${ASU_VERSION_BUILD}")

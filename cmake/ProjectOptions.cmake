@@ -6,6 +6,7 @@ option(ASU_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(ASU_COVERAGE "Instrument for coverage" OFF)
 option(ASU_SIMULATOR "Build the virtual units even without the tests" ON)
 option(ASU_BENCHMARKS "Build the benchmarks" OFF)
+option(ASU_FUZZERS "Build the fuzz targets (clang)" OFF)
 set(ASU_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize= (for example address,undefined)")
 
 set(CMAKE_CXX_STANDARD 17)

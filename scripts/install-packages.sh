@@ -2,7 +2,8 @@
 # Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
 # for no rights, when all are there.
 #   scripts/install-packages.sh [--list] PURPOSE…
-# Purposes: build run test demo lint coverage benchmark wayland. --list prints the packages and installs nothing.
+# Purposes: build run test demo kernel lint coverage fuzz benchmark wayland. --list prints the packages
+# and installs nothing.
 set -euo pipefail
 
 packages_for() {
@@ -19,11 +20,15 @@ packages_for() {
             libgl1-mesa-dri ;;
         # The virtual bus and the tools of others that judge the virtual units.
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
-            xvfb at-spi2-core python3-pyatspi ;;
+            xvfb xdotool at-spi2-core python3-pyatspi openssl strace ;;
         # A screen without a monitor, and hands on it.
         demo) echo umockdev xvfb xdotool imagemagick python3 ;;
+        # A virtual machine that starts from parts of Debian's kernel, and what runs in it.
+        kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev umockdev xvfb xdotool \
+            imagemagick dfu-util usbutils python3 util-linux ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         coverage) echo gcovr ;;
+        fuzz) echo clang libclang-rt-14-dev ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
         *)

@@ -6,7 +6,9 @@ namespace QsLogging {
 
 QString withoutColours(const QString& text)
 {
-    static const QRegularExpression colourEscape(QStringLiteral("\x1b\\[[0-9;]+m"));
+    // Never destroyed: a thread may write lines while the process ends.
+    static const QRegularExpression& colourEscape =
+        *new QRegularExpression(QStringLiteral("\x1b\\[[0-9;]+m"));
     QString plain = text;
     return plain.remove(colourEscape);
 }

@@ -9,4 +9,6 @@ void sendToDebugOutput(const QString& text)
     OutputDebugStringW(reinterpret_cast<const wchar_t*>(text.utf16()));
 }
 
+void surviveClosedDebugOutput() {}
+
 } // namespace QsLogging

@@ -20,7 +20,7 @@ MessageBuilder::MessageBuilder(Level level, const char* file, int line, const ch
     const QString fileName = QFileInfo(QString::fromLocal8Bit(file)).fileName();
     const QString origin =
         originText(fileName, QString::number(line), QString::fromLatin1(function));
-    m_stream << origin.toLocal8Bit().constData();
+    m_stream << origin.toUtf8().constData();
 }
 
 MessageBuilder::~MessageBuilder()

@@ -33,7 +33,8 @@ void QsLogHelpers::qml_QsLog(const QString& tag, int level, const QString& metho
         return;
     const QString origin = QsLogging::originText(qml_RelativeSrcDir(url), line, method);
     QsLogging::MessageBuilder builder(mapped, tag);
-    builder.stream() << origin.toLocal8Bit().constData() << message.toLocal8Bit().constData();
+    // Text objects would be put in quotes, and 8-bit text is UTF-8 to the stream on every platform.
+    builder.stream() << origin.toUtf8().constData() << message.toUtf8().constData();
 }
 
 QString QsLogHelpers::qml_RelativeSrcDir(const QString& file)

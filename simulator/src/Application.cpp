@@ -58,10 +58,11 @@ Answer Application::read(std::uint8_t request, const Knobs& knobs) const
 {
     switch (request) {
     case Vendor::FirmwareVersion:
-        return Answer::withData(knobs.versionAnswer.value_or(padded(imageVersion(), 8)));
+        return Answer::withData(knobs.versionAnswer ? *knobs.versionAnswer
+                                                    : padded(imageVersion(), 8));
     case Vendor::FirmwareRevision:
-        return Answer::withData(
-            knobs.revisionAnswer.value_or(padded("virtual-" + imageVersion(), 64)));
+        return Answer::withData(knobs.revisionAnswer ? *knobs.revisionAnswer
+                                                     : padded("virtual-" + imageVersion(), 64));
     case Vendor::ConfigurationPage:
         return Answer::withData(knobs.configurationPage.value_or(configurationPage(knobs)));
     case Vendor::SchemaVersion:

@@ -78,7 +78,7 @@ const char* Script::help()
            "came.\n";
 }
 
-Script::Script(VirtualBus& bus, const std::vector<LabelledUnit>& units)
+Script::Script(Bus& bus, const std::vector<LabelledUnit>& units)
     : m_bus(bus)
     , m_units(units)
 {
@@ -114,7 +114,7 @@ std::function<void()> Script::command(const Words& words, const std::string& res
 {
     const std::string& verb = words[0];
     const P_Unit unit = unitOf(words[1]);
-    VirtualBus* bus = &m_bus;
+    Bus* bus = &m_bus;
     if (verb == "fault") {
         const Fault planned = fault(words);
         return [unit, planned] {

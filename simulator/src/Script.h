@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Bus.h"
 #include "UnitOption.h"
-#include "VirtualBus.h"
 
 namespace VirtualUnit {
 
@@ -17,7 +17,7 @@ struct ScriptAction
 class Script
 {
 public:
-    Script(VirtualBus& bus, const std::vector<LabelledUnit>& units);
+    Script(Bus& bus, const std::vector<LabelledUnit>& units);
 
     /// Checks a line completely. A blank line or a comment gives an action without `run`. Throws
     /// std::invalid_argument with a text for the user.
@@ -34,7 +34,7 @@ private:
     static std::function<void(Knobs&)> knob(const std::string& name, const std::string& value);
     static Fault fault(const Words& words);
 
-    VirtualBus& m_bus;
+    Bus& m_bus;
     const std::vector<LabelledUnit>& m_units;
 };
 

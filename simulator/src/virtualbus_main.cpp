@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 #include "ControlPipe.h"
 #include "FirmwareImage.h"
+#include "KernelHost.h"
 #include "Preload.h"
 #include "Report.h"
 #include "Scheduler.h"
@@ -27,6 +28,8 @@ const char* const usage =
     "Usage: virtualbus [--unit UNIT]... [OPTION]... -- COMMAND [ARGUMENT]...\n"
     "Runs a command with virtual units, and nothing else, on its USB bus.\n\n"
     "  -u, --unit UNIT     put a unit on the bus\n"
+    "  -k, --kernel        put the units on this machine's own bus, for all its programs to see;\n"
+    "                      needs root and the kernel's module vhci-hcd\n"
     "  -s, --script FILE   do what the file's lines say while the command runs\n"
     "  -c, --control PATH  take such lines from a FIFO; it is made if it is not there\n"
     "  -r, --report FILE   write the report on the units there instead of to standard error\n"
@@ -42,6 +45,7 @@ const char* const usage =
 struct Options
 {
     std::vector<LabelledUnit> units;
+    bool kernel = false;
     std::string script;
     std::string control;
     std::string report;
@@ -56,6 +60,7 @@ struct Options
 Options parseArguments(int count, char** arguments)
 {
     static const option known[] = {{"unit", required_argument, nullptr, 'u'},
+                                   {"kernel", no_argument, nullptr, 'k'},
                                    {"script", required_argument, nullptr, 's'},
                                    {"control", required_argument, nullptr, 'c'},
                                    {"report", required_argument, nullptr, 'r'},
@@ -67,10 +72,13 @@ Options parseArguments(int count, char** arguments)
     Options options;
     int found = 0;
     // "+": the first word that is no option begins the command.
-    while ((found = getopt_long(count, arguments, "+u:s:c:r:t:m:vh", known, nullptr)) != -1) {
+    while ((found = getopt_long(count, arguments, "+u:s:c:r:t:m:kvh", known, nullptr)) != -1) {
         switch (found) {
         case 'u':
             options.units.push_back(makeUnit(optarg, options.units));
+            break;
+        case 'k':
+            options.kernel = true;
             break;
         case 's':
             options.script = optarg;
@@ -147,15 +155,15 @@ void takeControlLines(ControlPipe& pipe, const Script& script, Scheduler& schedu
     }
 }
 
-void announce(const Options& options, VirtualBus& bus)
+void announce(const Options& options, Bus& bus)
 {
     if (!options.verbose)
         return;
-    bus.setObserver([&options](const P_Unit& unit, VirtualBus::Event event) {
+    bus.setObserver([&options](const P_Unit& unit, Bus::Event event) {
         for (const LabelledUnit& labelled : options.units) {
             if (labelled.unit == unit)
                 std::cerr << "virtualbus: " + labelled.label +
-                                 (event == VirtualBus::Event::Arrived ? " arrived\n" : " left\n");
+                                 (event == Bus::Event::Arrived ? " arrived\n" : " left\n");
         }
     });
 }
@@ -183,12 +191,19 @@ void writeImage(const std::string& order)
         throw std::runtime_error("cannot write " + parts[2]);
 }
 
+std::unique_ptr<BusHost> makeHost(const Options& options)
+{
+    if (options.kernel)
+        return std::make_unique<KernelHost>();
+    return VirtualBus::makeHost();
+}
+
 /// Throws std::invalid_argument for what the user got wrong, else std::runtime_error.
 int run(const Options& options)
 {
     const auto report = openOutput(options.report);
     const auto trace = openOutput(options.trace);
-    VirtualBus bus;
+    Bus bus(makeHost(options));
     announce(options, bus);
     const Script script(bus, options.units);
     const std::vector<ScriptAction> actions = readScript(options.script, script);
@@ -233,7 +248,8 @@ int main(int argc, char** argv)
             writeImage(options.image);
             return 0;
         }
-        ensurePreload(argv);
+        if (!options.kernel)
+            ensurePreload(argv);
         ChildProcess::blockSignals();
         return run(options);
     } catch (const std::invalid_argument& error) {

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "BusHost.h"
 #include "Gate.h"
-#include "Scheduler.h"
-#include "Unit.h"
 #include "Urb.h"
 
 #include <list>
@@ -16,7 +15,7 @@ namespace VirtualUnit {
 class DeviceNode : public std::enable_shared_from_this<DeviceNode>
 {
 public:
-    using OnDeparture = std::function<void(milliseconds, const Departure&)>;
+    using OnDeparture = BusHost::OnDeparture;
 
     /// \a onDeparture is called, with the delay of the answer, when the unit says that it leaves;
     /// it must not call the node.

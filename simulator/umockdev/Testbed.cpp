@@ -1,5 +1,6 @@
 #include "Testbed.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
@@ -130,12 +131,31 @@ void Testbed::addFromString(const std::string& description)
     }
 }
 
-Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
-                                 const std::shared_ptr<Scheduler>& scheduler,
-                                 const DeviceNode::OnDeparture& onDeparture)
+unsigned Testbed::ports() const
 {
-    const std::string node = nodePath(place.device);
+    return 50; // a client can have that many nodes open
+}
+
+std::uint8_t Testbed::nextDeviceNumber()
+{
+    constexpr std::uint8_t last = 127;
+    const auto taken = [this](std::uint8_t number) {
+        return std::any_of(m_attached.begin(), m_attached.end(),
+                           [number](const auto& entry) { return entry.second.device == number; });
+    };
+    do {
+        m_lastDevice =
+            m_lastDevice == last ? std::uint8_t{2} : static_cast<std::uint8_t>(m_lastDevice + 1);
+    } while (taken(m_lastDevice));
+    return m_lastDevice;
+}
+
+Address Testbed::add(unsigned port, const P_Unit& unit, const std::shared_ptr<Scheduler>& scheduler,
+                     const OnDeparture& onDeparture)
+{
     Attachment attachment;
+    attachment.device = nextDeviceNumber();
+    const std::string node = nodePath(attachment.device);
     attachment.node = std::make_shared<DeviceNode>(unit, scheduler, m_root + node, onDeparture);
     attachment.handler = serveIoctls(attachment.node, m_clients);
     // The node answers before anyone hears of it.
@@ -146,19 +166,26 @@ Testbed::Attachment Testbed::add(const Place& place, const P_Unit& unit,
         throw std::runtime_error("cannot serve " + node + ": " + messageOf(error));
     }
     try {
-        addFromString(describe(devicePath(place.port), place.device, unit->deviceDescriptor(),
+        addFromString(describe(devicePath(port), attachment.device, unit->deviceDescriptor(),
                                unit->configurationDescriptor(), attributesOf(*unit)));
     } catch (const std::exception&) {
         umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
         throw;
     }
-    return attachment;
+    const Address address{BusNumber, attachment.device};
+    m_attached[port] = std::move(attachment);
+    return address;
 }
 
-void Testbed::remove(const Place& place, Attachment attachment)
+void Testbed::remove(unsigned port)
 {
-    const std::string node = nodePath(place.device);
-    const std::string path = "/sys" + devicePath(place.port);
+    const auto found = m_attached.find(port);
+    if (found == m_attached.end())
+        return;
+    const Attachment attachment = std::move(found->second);
+    m_attached.erase(found);
+    const std::string node = nodePath(attachment.device);
+    const std::string path = "/sys" + devicePath(port);
     // In this order: requests in flight end, nobody new can open the node, and the announcement is
     // made while there is still something to announce.
     attachment.node->shutDown();

@@ -28,6 +28,8 @@ private slots:
         QVERIFY(
             !Common::loadLoggingConfiguration(m_files->path("missing.ini"), m_files->root(), true));
         QVERIFY(!Common::loadLoggingConfiguration(m_files->root(), m_files->root(), true));
+        // A regular file that opens and fails to be read, as on a bad disk.
+        QVERIFY(!Common::loadLoggingConfiguration("/proc/self/mem", m_files->root(), true));
         QVERIFY(!load("[default]\nlevel=TRACE\n[Unread]\nlevel=TRACE\nnonsense\n"));
         QCOMPARE(getLogger("Unread")->loggingLevel(), Level::Warn);
     }

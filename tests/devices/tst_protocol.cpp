@@ -147,6 +147,8 @@ void tst_protocol::memoryLayout_data()
     QTest::newRow("to the end of the address space")
         << "@A/0xFFFFFC00/1*1Kg" << Segments{{0xFFFFFC00, 0xFFFFFFFF, 1024}} << "";
     QTest::newRow("one byte past it") << "@A/0xFFFFFC01/1*1Kg" << Segments{} << "fit 32 bits";
+    QTest::newRow("nothing past it")
+        << "@A/0xFFFFFC00/1*1Kg,0*1Bg" << Segments{{0xFFFFFC00, 0xFFFFFFFF, 1024}} << "fit 32 bits";
     QTest::newRow("count * size past 64 bits")
         << "@A/0x0/999999999999999999*999999999999999999Mg" << Segments{} << "fit 32 bits";
     QTest::newRow("count * size past 32 bits")
@@ -158,7 +160,10 @@ void tst_protocol::memoryLayout_data()
         << "@A/0x08000000/" + QString(200, QLatin1Char('9')) + "*1Kg" << Segments{} << "";
     QTest::newRow("unknown multiplier after good groups")
         << "@A/0x08000000/04*016Kg,01*064Kg,1*1Xg"
-        << Segments{sixteenKs, {0x08010000, 0x0801FFFF, 65536}} << "Unknown multiplier:";
+        << Segments{sixteenKs, {0x08010000, 0x0801FFFF, 65536}} << "Unknown multiplier: X";
+    QTest::newRow("unknown multiplier that would break the line")
+        << "@A/0x08000000/04*016Kg,1*1\n"
+        << Segments{sixteenKs} << "Unknown multiplier: 0x0a";
     QTest::newRow("no name") << "@/0x08000000/04*016Kg" << Segments{} << "";
     QTest::newRow("no slash after the address") << "@A/0x08000000" << Segments{} << "";
     QTest::newRow("no address") << "@Internal Flash" << Segments{} << "";

@@ -1,9 +1,14 @@
+#include "DebugOutput.h"
 #include "DebugOutputDestination.h"
 #include "Log.h"
 #include "LogCapture.h"
 #include "LoggerRegistry.h"
 
 #include <QtTest>
+
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using QsLogging::getLogger;
 using QsLogging::Level;
@@ -176,6 +181,24 @@ private slots:
         QVERIFY(first->rotate());
         QVERIFY(QsLogging::debugOutputDestination()->isValid());
         QVERIFY(QsLogging::debugOutputDestination() != QsLogging::debugOutputDestination());
+    }
+
+    void aConsoleThatNobodyReadsDoesNotEndTheProcess()
+    {
+        const pid_t child = fork();
+        QVERIFY(child >= 0);
+        if (child == 0) {
+            int ends[2];
+            if (pipe(ends) != 0 || close(ends[0]) != 0 || dup2(ends[1], STDERR_FILENO) < 0)
+                _exit(1);
+            std::signal(SIGPIPE, SIG_DFL);
+            QsLogging::surviveClosedDebugOutput();
+            QsLogging::debugOutputDestination()->write("to nobody", Level::Info);
+            _exit(0);
+        }
+        int status = -1;
+        QCOMPARE(waitpid(child, &status, 0), child);
+        QCOMPARE(status, 0);
     }
 
 private:

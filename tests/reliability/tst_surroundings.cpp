@@ -151,8 +151,9 @@ void tst_surroundings::secondCopy()
     QVERIFY(waitFor([&] { return timesRead() == 1; }, 30000));
     const P_Process second = start(files.root());
     const QString log = files.root() + logFile;
-    QVERIFY(waitFor([&] { return contents(log).contains("LIBUSB_ERROR_BUSY"); }, 30000));
-    QVERIFY(contents(log).contains("no other copy of this program is running"));
+    QVERIFY(waitFor(
+        [&] { return contents(log).contains("no other copy of this program is running"); }, 30000));
+    QVERIFY(contents(log).contains("LIBUSB_ERROR_BUSY"));
     const QString expected = warning.arg(first->processId());
     QVERIFY(said(*second).contains(expected));
     QVERIFY(!said(*first).contains("Another copy"));

@@ -211,6 +211,8 @@ void tst_mainwindow::updateByPointer()
     QVERIFY(waitFor([&] { return one("doneButton") != nullptr; }));
     QVERIFY(waitFor([&] { return m_window->height() == 125; }));
     QVERIFY(!one("doneButton")->isEnabled());
+    QVERIFY(waitFor([&] { return m_log->contains("INFO", "TaskState"); }, 10000));
+    m_engine->collectGarbage(); // the task is the script engine's, and in use
     QVERIFY(waitFor([&] { return barText() == "Update successful!"; }, 20000));
     QVERIFY(one("doneButton")->isEnabled());
     QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
@@ -267,7 +269,7 @@ void tst_mainwindow::bootloaderIsResumed()
 void tst_mainwindow::failures_data()
 {
     QTest::addColumn<QString>("request");
-    QTest::addColumn<int>("value"); // a DFU status, 0 for a refusal, -1: unplugged
+    QTest::addColumn<int>("value"); // a DFU status; 0: refused; -1: gone, and back
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("nextButton");
     QTest::newRow("drop refused") << "drop" << 0 << "Error while dropping to boot loader."
@@ -278,6 +280,8 @@ void tst_mainwindow::failures_data()
                                  << "Resume Update";
     QTest::newRow("programming fails") << "write" << 6 << "Error state while flashing firmware."
                                        << "Resume Update";
+    QTest::newRow("unplugged") << "write" << -1 << "Failed to upload firmware data."
+                               << "Resume Update";
 }
 
 void tst_mainwindow::failures()
@@ -288,13 +292,19 @@ void tst_mainwindow::failures()
     QFETCH(QString, nextButton);
     const P_Unit unit = m_bus->plugApplication("W-2", "1.2.0");
     QVERIFY(waitFor([&] { return one("updateButton") != nullptr; }, 10000));
-    unit->addFault(Fault::on(request.toStdString(), value == 0 ? Action::Stall : Action::FailStatus,
-                             unsigned(value)));
+    const Action action = value < 0    ? Action::LeaveBus
+                          : value == 0 ? Action::Stall
+                                       : Action::FailStatus;
+    unit->addFault(Fault::on(request.toStdString(), action, unsigned(qMax(value, 0))));
     click(one("updateButton"));
     QVERIFY(waitFor([&] { return one("doneButton") && one("doneButton")->isEnabled(); }, 20000));
     QCOMPARE(barText(), text);
+    QVERIFY(one("doneButton")->hasActiveFocus());
     QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
     QVERIFY(m_log->contains("ERROR", "ErrorDuringUpdateState: Error during updating."));
+    // The card of a unit that is gone stays until the bus was listed again.
+    QVERIFY(value >= 0 ||
+            waitFor([&] { return m_log->contains("INFO", "Aquen (DFU) removed..."); }, 10000));
     click(one("doneButton"));
     // The way out is the same button that a person finds in the list.
     QVERIFY(waitFor([&] { return shows(nextButton); }, 10000));
@@ -322,11 +332,19 @@ void tst_mainwindow::closedWhileFlashing()
 
 void tst_mainwindow::initialisationFails()
 {
-    // A second state machine of the same window cannot open the enumerator again; the program shows
-    // its list and can be closed.
-    auto* enumerator = m_window->findChild<USB::LibusbDeviceEnumerator*>();
-    QVERIFY(!enumerator->init(m_window));
+    // The state machine starts with the event loop: an enumerator that somebody has opened before
+    // it refuses to be opened again.
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    QVERIFY(AquenSolvar::loadUserInterface(*m_engine));
+    m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().constFirst());
+    QVERIFY(m_window->findChild<USB::LibusbDeviceEnumerator*>()->init(m_window));
+    m_log->clear();
+    QVERIFY(
+        waitFor([&] { return m_log->contains("ERROR", "Error during initializing..."); }, 10000));
     QVERIFY(m_log->contains("WARN", "Was called twice"));
+    QVERIFY(!m_log->contains("INFO", "Running..."));
+    QVERIFY(shows("Looking for Aquen or Solvar connected via USB"));
+    QVERIFY(one("loadingIndicator") == nullptr);
     click(one("quitButton"));
     QVERIFY(waitFor([&] { return !m_window->isVisible(); }));
 }

@@ -7,6 +7,7 @@
 #include <QQmlEngine>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextCodec>
 
 class tst_qmllogging : public QObject
 {
@@ -19,6 +20,7 @@ private slots:
     void thresholds_data();
     void thresholds();
     void explicitTag();
+    void textsOutsideTheLocalEncoding();
     void assertNamesTheCheckersCaller();
     void assertFromHandler();
     void callingLine();
@@ -106,6 +108,20 @@ void tst_qmllogging::explicitTag()
     QCOMPARE(other.lines(), QStringList("INFO qml/Probe.qml:5 [onCompleted] tagged"));
     QCOMPARE(probe.lines(), QStringList("INFO qml/Probe.qml:5 [onCompleted] own"));
     QCOMPARE(evaluate("QsLog.FLog.tag()").toString(), QStringLiteral("Probe"));
+}
+
+// As on a system whose 8-bit encoding is not UTF-8.
+void tst_qmllogging::textsOutsideTheLocalEncoding()
+{
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    LogCapture log({"Probe"});
+    QsLog::QsLogHelpers().qml_QsLog("Probe", 2, QStringLiteral("w\u00E4hle"),
+                                    QStringLiteral("qml/Probe.qml"), "7",
+                                    QStringLiteral("W\u00E4scher \u6D17"));
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(log.lines(),
+             QStringList(QStringLiteral("INFO qml/Probe.qml:7 [w\u00E4hle] W\u00E4scher \u6D17")));
 }
 
 void tst_qmllogging::assertNamesTheCheckersCaller()

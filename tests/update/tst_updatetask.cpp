@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -79,6 +80,10 @@ void tst_updatetask::bootloaderIsSetUp()
     QCOMPARE(device.transferSize(), quint16(2048));
     QCOMPARE(device.state(), qint32(Device::DFU_STATE_IDLE));
     QVERIFY(device.downloadCapable());
+    const QMetaObject& meta = Device::DfuDevice::staticMetaObject;
+    for (int i = QThread::staticMetaObject.propertyCount(); i < meta.propertyCount(); ++i)
+        QVERIFY2(meta.property(i).read(&device).isValid(), meta.property(i).name());
+    QCOMPARE(device.property("transferSize").toUInt(), 2048u);
     QCOMPARE(device.segments().size(), 2);
     QCOMPARE(device.segmentForAddress(0x08003800).pageSize, 2048u);
     QCOMPARE(log.messages(), QStringList());

@@ -39,6 +39,14 @@ struct Listener : LibusbDeviceEnumeratorListener
     bool takes;
 };
 
+// Comes back some passes of the event loop after it was asked to.
+struct SlowTransfer : I_USBTransfer
+{
+    void cancel() override { passesLeft = 2; }
+    bool isDone() const override { return passesLeft >= 0 && passesLeft-- == 0; }
+    mutable int passesLeft = -1;
+};
+
 } // namespace
 
 class tst_usbbus : public QObject
@@ -53,6 +61,7 @@ private slots:
     void transfers();
     void unplugged();
     void aborted();
+    void eventThread();
     void enumeratorOffersDifferences();
     void enumeratorGoesAwayWhileListing();
     void defaultListingDelay();
@@ -169,6 +178,26 @@ void tst_usbbus::aborted()
     QVERIFY(time.elapsed() < 2000);
     other->wait();
     QVERIFY_EXCEPTION_THROWN(device.controlRead(0xC1, 0x24, 0, 0, 8, 1000), USBException);
+}
+
+void tst_usbbus::eventThread()
+{
+    m_bus->plugApplication("Wash 7", "1.2.0");
+    SlowTransfer transfer;
+    USBDevice device(m_bus->awaitRecord(0x0C07), 1, 0);
+    device.init();
+    device.addTransfer(&transfer);
+    LogCapture log({"USBDevice"});
+    // A stop right after the start, before the new thread has come to its loop, counts as well.
+    for (const unsigned long pause : {0ul, 50ul, 0ul, 0ul}) {
+        transfer.passesLeft = -1;
+        device.start();
+        QThread::msleep(pause);
+        device.stop();
+        QVERIFY(device.isFinished());
+        QCOMPARE(transfer.passesLeft, -1); // seen as done by the loop
+    }
+    QVERIFY(!log.contains("WARN", "timed out while closing"));
 }
 
 void tst_usbbus::enumeratorOffersDifferences()

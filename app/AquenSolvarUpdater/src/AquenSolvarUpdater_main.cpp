@@ -1,4 +1,5 @@
 #include "BuildVersion.h"
+#include "DebugOutput.h"
 #include "InstanceGuard.h"
 #include "Log.h"
 #include "LoggingStartup.h"
@@ -36,6 +37,8 @@ const char usage[] = "Usage: AquenSolvarUpdater [options]\n"
 
 void defineOptions(QCommandLineParser& parser)
 {
+    // The framework's own options have words after one dash; "-reverse" is no "-v".
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addHelpOption();
     parser.addVersionOption();
 }
@@ -92,6 +95,7 @@ static void InitializeApplication(const QString& applicationName)
 
 int main(int argc, char** argv)
 {
+    QsLogging::surviveClosedDebugOutput();
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -101,8 +105,8 @@ int main(int argc, char** argv)
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);
-    AquenSolvar::installTranslation(
-        application, AquenSolvar::translationFor(QLocale::system().uiLanguages()));
+    AquenSolvar::installTranslation(application,
+                                    AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
     // What failed to load has been told by the engine; the program runs on until it is closed.

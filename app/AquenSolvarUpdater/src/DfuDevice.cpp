@@ -42,6 +42,10 @@ DfuDevice::DfuDevice(USB::P_LibUsbDevice record)
     : USB::USBDevice(std::move(record), 1, 0)
     , m_deviceType(bootloaderOf(descriptor().idProduct))
 {
+    // A property whose type name is not registered reads as undefined, without a word.
+    qRegisterMetaType<uint8_t>("uint8_t");
+    qRegisterMetaType<uint16_t>("uint16_t");
+    qRegisterMetaType<uint32_t>("uint32_t");
     if (m_deviceType == UNKNOWN_DFU)
         QLOG_WARN() << "Unknown device:" << descriptor().idProduct;
 }
@@ -80,9 +84,8 @@ void DfuDevice::readFunctionalDescriptor()
         QLOG_ERROR() << "The configuration descriptor holds no DFU functional descriptor.";
 }
 
-bool DfuDevice::failRequest(const char* message)
+bool DfuDevice::failRequest()
 {
-    QLOG_ERROR() << "USB Error:" << message;
     m_reply.status = DFU_STATUS_ERROR_UNKNOWN;
     m_reply.state = DFU_STATE_ERROR;
     return false;
@@ -95,7 +98,8 @@ bool DfuDevice::dfuGetStatus()
                                                 quint16(interfaceNumber()), statusLength,
                                                 unsigned(m_statusTimeout.count())));
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -106,7 +110,8 @@ bool DfuDevice::dfuClearStatus()
         controlWrite(classWrite, requestClearStatus, 0, quint16(interfaceNumber()), QByteArray(),
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }
@@ -117,7 +122,8 @@ bool DfuDevice::dfuDownload(quint16 blockNumber, const QByteArray& data)
         controlWrite(classWrite, requestDownload, blockNumber, quint16(interfaceNumber()), data,
                      timeoutMs);
     } catch (const USB::USBException& exception) {
-        return failRequest(exception.what());
+        QLOG_ERROR() << "USB Error:" << exception.what();
+        return failRequest();
     }
     return true;
 }

@@ -106,7 +106,7 @@ signals:
 private:
     void readMemoryLayout();
     void readFunctionalDescriptor();
-    bool failRequest(const char* message);
+    bool failRequest();
 
     DfuStatusReply m_reply;
     DfuFunctionalDescriptor m_functional;

@@ -37,18 +37,18 @@ constexpr std::array<const char*, 13> texts = {
 QString englishDownloadText(const QString& userText)
 {
     for (const char* source : texts) {
-        const QString english = QString::fromUtf8(source);
+        QString english = QString::fromUtf8(source);
         const QString shown = QCoreApplication::translate(context, source);
         if (userText == shown)
             return english;
         const int place = shown.indexOf(QLatin1String("%1"));
-        if (place < 0 || !userText.startsWith(shown.left(place)))
+        if (place < 0 || !userText.startsWith(shown.leftRef(place)))
             continue;
         const int after = shown.size() - place - 2;
-        if (!userText.endsWith(shown.right(after)))
+        if (!userText.endsWith(shown.rightRef(after)))
             continue;
         const QString cause = userText.mid(place, userText.size() - place - after);
-        return QString(english).replace(QLatin1String("%1"), englishDownloadText(cause));
+        return english.replace(QLatin1String("%1"), englishDownloadText(cause));
     }
     return userText;
 }

@@ -48,20 +48,28 @@ qint64 factorOf(char multiplier)
     }
 }
 
+// The unit's character for a log line, in which it must not start a line or an escape of its own.
+QByteArray loggable(char character)
+{
+    const bool printable = character >= 0x20 && character < 0x7F;
+    return printable ? QByteArray(1, character) : "0x" + QByteArray(1, character).toHex();
+}
+
 // Appends the segment of a group that starts at @p address and moves the address past it.
 bool appendSegment(const SectorGroup& group, qint64& address, QList<MemorySegment>& segments)
 {
     const qint64 factor = factorOf(group.multiplier);
     if (factor == 0) {
-        QLOG_WARN() << "Unknown multiplier:" << group.multiplier;
+        QLOG_WARN() << "Unknown multiplier:" << loggable(group.multiplier).constData();
         return false;
     }
     const bool factorsFit = group.count >= 0 && group.count < addressSpace && group.size >= 0 &&
                             group.size < addressSpace / factor;
     const qint64 pageSize = factorsFit ? group.size * factor : 0;
-    // Both below 2^32: the product is compared before it is made.
-    const bool lengthFits =
-        factorsFit && (pageSize == 0 || group.count <= (addressSpace - address) / pageSize);
+    // A group may follow one that ends with the last address: even empty, it starts nowhere.
+    // Count and size are below 2^32: the product is compared before it is made.
+    const bool lengthFits = factorsFit && address < addressSpace &&
+                            (pageSize == 0 || group.count <= (addressSpace - address) / pageSize);
     const qint64 end = lengthFits ? address + group.count * pageSize - 1 : -1;
     if (end < 0) {
         QLOG_WARN() << "Memory segment does not fit 32 bits:" << group.count << "pages of"

@@ -23,7 +23,7 @@ QString suffixOf(const QLocale& locale)
 {
     switch (locale.language()) {
     case QLocale::English:
-        return QStringLiteral("");
+        return QLatin1String("");
     case QLocale::German:
         return QStringLiteral("de");
     case QLocale::French:
@@ -51,11 +51,11 @@ QString suffixOf(const QLocale& locale)
 QString translationFor(const QStringList& uiLanguages)
 {
     for (const QString& name : uiLanguages) {
-        const QString suffix = suffixOf(QLocale(name));
+        QString suffix = suffixOf(QLocale(name));
         if (!suffix.isNull())
             return suffix;
     }
-    return QStringLiteral("");
+    return QLatin1String("");
 }
 
 bool installTranslation(QCoreApplication& application, const QString& suffix)

@@ -17,6 +17,7 @@
 #include "Paths.h"
 #include "PrinterCompatibility.h"
 #include "QsLogHelpers.h"
+#include "SLog.h"
 #include "TemporaryDirWrapper.h"
 
 #include <QQmlApplicationEngine>
@@ -53,6 +54,7 @@ void registerCommonTypes()
     registerSingleton<Common::CppToQml>("Common", "CppToQml");
     registerSingleton<Common::FileIO>("Common", "FileIO");
     registerSingleton<Common::Paths>("Common", "Paths");
+    registerSingleton<Common::SLog>("SLog", "SLog");
     qmlRegisterType<Common::File::TemporaryDirWrapper>("Common.File", 1, 0, "TemporaryDirWrapper");
     qmlRegisterType<Common::FontHelper>("Common", 1, 0, "FontHelper");
 }

@@ -12,6 +12,8 @@ QString FileIO::readFile(const QString& path, quint64 simpleCryptKey)
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray contents = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return {};
     if (path.endsWith(QLatin1Char('c')))
         return SimpleCipher(simpleCryptKey).decryptToString(contents);
     return QString::fromUtf8(contents);

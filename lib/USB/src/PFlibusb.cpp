@@ -82,8 +82,7 @@ QList<LibUsbDevice*> LibUSB::findRaw(quint16 vid, quint16 pid)
         const int result = libusb_get_device_descriptor(list[i], &descriptor);
         if (vid != 0 || pid != 0) {
             if (result < 0) {
-                QLOG_WARN()
-                    << QStringLiteral("Failed to get device descriptor for USB device %1").arg(i);
+                QLOG_WARN() << "Failed to get device descriptor for USB device" << i;
                 continue;
             }
             if (!matches(descriptor, vid, pid)) {

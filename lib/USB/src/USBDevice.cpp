@@ -62,32 +62,27 @@ void USBDevice::create()
 void USBDevice::init()
 {
     try {
-        openAndPrepare();
+        if (!m_device)
+            throw USBException(tr("No usb device given"));
+        libusb_device_handle* handle = nullptr;
+        checkError(libusb_open(m_device->device, &handle), tr("Could not open the usb device: %1"));
+        m_handle.reset(handle, HandleCloser());
+
+        QLOG_INFO() << "config number " << m_configurationNumber;
+        setConfiguration(m_configurationNumber);
+        setInterface(m_interfaceNumber);
+        emit opened();
+
+        libusb_config_descriptor* configuration = nullptr;
+        checkError(libusb_get_active_config_descriptor(m_device->device, &configuration),
+                   tr("Could not get active config descriptor: %1"));
+        m_configDescriptor = USBConfigDescriptor(configuration);
+        emit initialized();
     } catch (const USBException&) {
         QLOG_INFO() << "Caught exception, closing USB device";
         close();
         throw;
     }
-}
-
-void USBDevice::openAndPrepare()
-{
-    if (!m_device)
-        throw USBException(tr("No usb device given"));
-    libusb_device_handle* handle = nullptr;
-    checkError(libusb_open(m_device->device, &handle), tr("Could not open the usb device: %1"));
-    m_handle.reset(handle, HandleCloser());
-
-    QLOG_INFO() << "config number " << m_configurationNumber;
-    setConfiguration(m_configurationNumber);
-    setInterface(m_interfaceNumber);
-    emit opened();
-
-    libusb_config_descriptor* configuration = nullptr;
-    checkError(libusb_get_active_config_descriptor(m_device->device, &configuration),
-               tr("Could not get active config descriptor: %1"));
-    m_configDescriptor = USBConfigDescriptor(configuration);
-    emit initialized();
 }
 
 void USBDevice::stop()
@@ -110,6 +105,8 @@ void USBDevice::stop()
 void USBDevice::start()
 {
     moveToThread(this);
+    // Here, not in run(): a stop() that comes before the new thread gets that far must count.
+    m_stopRequested = false;
     QThread::start(QThread::InheritPriority);
 }
 
@@ -223,7 +220,6 @@ QString USBDevice::getStringDescriptor(quint8 index)
 
 void USBDevice::run()
 {
-    m_stopRequested = false;
     try {
         while (!m_stopRequested)
             handleEventsOnce();

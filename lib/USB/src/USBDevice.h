@@ -125,7 +125,6 @@ protected:
 private:
     void checkError(int result, const QString& format);
     void requireOpened() const;
-    void openAndPrepare();
     void handleEventsOnce();
     bool transfersPending() const;
 

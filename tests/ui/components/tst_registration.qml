@@ -6,6 +6,8 @@ import AquenSolvar.Tasks 1.0
 import Common 1.0
 import Common.File 1.0
 import QsLog 1.0
+import SLog 1.0
+import SLog 1.0
 import USB 1.0
 
 // Each native type that documents may use, in one document: it loads only when all are registered.
@@ -32,6 +34,9 @@ TestCase {
         compare(CppToQml.qml_assert(false, "method", "file", 1, "message"), undefined);
         compare(FileIO.readFile("/nowhere/at/all"), "");
         verify(Paths.resourceDirectory().length > 0);
+        compare(SLog.track("with nothing started"), undefined);
+        compare(SLog.track("Nobody listens", { so: "nothing happens" }), undefined);
+        compare(SLog.stopLogging(), undefined);
         verify(QsLogHelpers.qml_RelativeSrcDir("qrc:/qml/main.qml").length > 0);
     }
 

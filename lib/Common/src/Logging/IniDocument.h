@@ -38,7 +38,7 @@ class IniDocument
 {
 public:
     /// The largest text that is read, in bytes; a larger one is a parse error.
-    static constexpr int maximumSize = 1024 * 1024;
+    static constexpr int maximumSize = 64 * 1024;
 
     /// Reads a UTF-8 text, with or without a byte order mark, with LF or CR LF line ends. Each line
     /// must be blank, a comment (first non-blank character ";" or "#"), a section "[name]" or

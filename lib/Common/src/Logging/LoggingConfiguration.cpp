@@ -51,7 +51,11 @@ std::optional<IniDocument> readIniFile(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    return IniDocument::parse(file.read(IniDocument::maximumSize + 1));
+    const QByteArray text = file.read(IniDocument::maximumSize + 1);
+    // A file that fails midway must not count as one that ends there.
+    if (file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    return IniDocument::parse(text);
 }
 
 void applyTruncateSize(QsLogging::FileDestination& destination, const QString& text)

@@ -7,7 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QPointer>
 #include <QtDebug>
 
@@ -20,6 +20,9 @@ void makePrivateDirectory(const QString& path)
 {
     if (!QDir().mkpath(path))
         qDebug() << "Could not make directory for log files:" << path;
+    else if (QFileInfo(path).isSymLink())
+        qDebug() << "The directory for log files is somewhere else, with permissions of its own:"
+                 << path;
     else if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
         qDebug() << "Could not keep the directory for log files to its owner:" << path;
 }

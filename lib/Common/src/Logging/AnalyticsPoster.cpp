@@ -1,0 +1,94 @@
+#include "AnalyticsPoster.h"
+
+#include <QCoreApplication>
+#include <QIODevice>
+#include <QNetworkRequest>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace Common::Analytics {
+
+namespace {
+
+// When a connection breaks off before the answer, the network manager sends the request again by
+// itself, unless the body cannot be rewound; the service may have taken it already.
+class OneTimeBody : public QIODevice
+{
+public:
+    explicit OneTimeBody(const QByteArray& body)
+        : m_body(body)
+    {
+        open(ReadOnly | Unbuffered);
+    }
+    bool reset() override { return false; }
+    qint64 size() const override { return m_body.size(); }
+
+protected:
+    qint64 readData(char* data, qint64 maximum) override
+    {
+        const qint64 count = qMin(maximum, size() - m_taken);
+        std::copy_n(m_body.constData() + m_taken, count, data);
+        m_taken += count;
+        return count;
+    }
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray m_body;
+    qint64 m_taken = 0;
+};
+
+} // namespace
+
+Poster::Poster(std::unique_ptr<QNetworkAccessManager> manager, const QUrl& endpoint,
+               int answerWithin, FailureReport report)
+    : m_manager(std::move(manager))
+    , m_endpoint(endpoint)
+    , m_answerWithin(answerWithin)
+    , m_report(std::move(report))
+{
+    connect(m_manager.get(), &QNetworkAccessManager::finished, this,
+            &Poster::on_QNetworkAccessManager_finished);
+}
+
+void Poster::post(const QByteArray& body, const QByteArray& authorization)
+{
+    QNetworkRequest request(m_endpoint);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    request.setRawHeader("Authorization", authorization);
+    auto data = std::make_unique<OneTimeBody>(body);
+    QNetworkReply* reply = m_manager->post(request, data.get());
+    data.release()->setParent(reply);
+    ++m_underWay;
+    if (reply->error() != QNetworkReply::NoError)
+        m_report("Error POSTing batched logging request:", reply->error(), reply->errorString());
+    QTimer::singleShot(m_answerWithin, reply, &QNetworkReply::abort);
+}
+
+void Poster::on_QNetworkAccessManager_finished(QNetworkReply* reply)
+{
+    if (reply->error() != QNetworkReply::NoError)
+        m_report("Error in network reply in SLog:", reply->error(), reply->errorString());
+    reply->deleteLater();
+    --m_underWay;
+    if (m_isOrphan && m_underWay == 0)
+        deleteLater();
+}
+
+void Poster::deleteWhenIdle()
+{
+    m_isOrphan = true;
+    if (m_underWay == 0) {
+        deleteLater();
+        return;
+    }
+    // The network needs an event loop: without one the last posts are given up.
+    connect(thread(), &QThread::finished, this, &QObject::deleteLater);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            &QObject::deleteLater);
+}
+
+} // namespace Common::Analytics

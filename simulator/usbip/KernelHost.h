@@ -1,0 +1,33 @@
+#pragma once
+
+#include "UsbipConnection.h"
+
+#include <map>
+#include <string>
+
+namespace VirtualUnit {
+
+/// The USB stack of this machine's Linux kernel: the driver vhci_hcd shows each unit at a port of
+/// its virtual host controller, to every program of the machine. Needs root and the module
+/// vhci-hcd.
+class KernelHost : public BusHost
+{
+public:
+    /// Throws std::runtime_error when the driver is not there.
+    KernelHost();
+
+    /// Those of the first controller that take units of full speed.
+    unsigned ports() const override;
+    Address add(unsigned port, const P_Unit& unit, const std::shared_ptr<Scheduler>& scheduler,
+                const OnDeparture& onDeparture) override;
+    void remove(unsigned port) override;
+
+private:
+    bool waitUntilFree(unsigned port) const;
+    void attach(unsigned port, int socket) const;
+
+    std::vector<unsigned> m_ports; ///< the driver's numbers of the ports
+    std::map<unsigned, std::unique_ptr<UsbipConnection>> m_attached;
+};
+
+} // namespace VirtualUnit

@@ -1,0 +1,14 @@
+// In the place of the product's: a fuzzed update asks nothing of the machine that it runs on.
+#include "SleepInhibitor.h"
+
+namespace AquenSolvar {
+
+class SleepInhibitor::Locks
+{
+};
+
+SleepInhibitor::SleepInhibitor(const QString&) {}
+
+SleepInhibitor::~SleepInhibitor() = default;
+
+} // namespace AquenSolvar
