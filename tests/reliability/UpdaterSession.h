@@ -73,7 +73,8 @@ public:
     /// The states that were entered, in order.
     QStringList states() const;
     const LogCapture& log() const { return m_log; }
-    /// The longest that one turn of the event loop took, in milliseconds.
+    /// The longest that one turn of the event loop took, in milliseconds, without what the machine
+    /// let it wait for a processor.
     int longestTurn() const { return int(m_longestTurn); }
 
     /// Forgets all signals, states and turns so far.

@@ -226,8 +226,12 @@ void tst_faultmatrix::faultAtStep(const char* faultName)
     if (!QTest::currentTestFailed())
         return;
     // The next row starts afresh.
+    m_session.reset();
     m_unit->clearFaults();
+    m_bus->bus().waitUntilSettled(milliseconds(5000));
     m_bus->bus().unplug(m_unit);
+    m_unit->adjust([](Knobs& knobs) { knobs.returns = true; });
+    m_bus->awaitGone(0);
     m_session = std::make_unique<UpdaterSession>(SessionTimes::quick());
 }
 

@@ -256,23 +256,23 @@ void tst_plugging::closedInEveryState_data()
     QTest::addColumn<int>("limitMs");     // for the close
     const int none = -1;
     QTest::newRow("list") << "DefaultState"
-                          << "" << none << 1000;
+                          << "" << none << 3000;
     QTest::newRow("waiting for the bootloader") << "DropToBootloaderState"
-                                                << "drop" << int(Action::NeverReturn) << 1000;
+                                                << "drop" << int(Action::NeverReturn) << 3000;
     QTest::newRow("flashing") << "TaskState"
-                              << "" << none << 1000;
+                              << "" << none << 3000;
     // 2 s for a good end, then the transfer is called off.
     QTest::newRow("flashing a unit that is silent") << "TaskState"
-                                                    << "write" << int(Action::Silence) << 4000;
+                                                    << "getstatus" << int(Action::Silence) << 6000;
     QTest::newRow("flashing a unit that is busy without end")
         << "TaskState"
-        << "erase" << int(Action::StayBusy) << 4000;
+        << "erase" << int(Action::StayBusy) << 6000;
     QTest::newRow("restarting") << "RestartingDeviceState"
-                                << "finish" << int(Action::NeverReturn) << 1000;
+                                << "finish" << int(Action::NeverReturn) << 3000;
     QTest::newRow("finished") << "UpdateFinishedState"
-                              << "" << none << 1000;
+                              << "" << none << 3000;
     QTest::newRow("failed") << "ErrorDuringUpdateState"
-                            << "write" << int(Action::Stall) << 1000;
+                            << "write" << int(Action::Stall) << 3000;
 }
 
 void tst_plugging::closedInEveryState()
