@@ -25,7 +25,7 @@ def install_rule(machine):
     RULES.mkdir(parents=True, exist_ok=True)
     shutil.copy(machine.rule, RULES)
     os.chmod(RULES / machine.rule.name, 0o644)
-    subprocess.run(["udevadm", "control", "--reload"], check=True, timeout=20)
+    subprocess.run(["udevadm", "control", "--reload"], check=True, timeout=60)
 
 
 def owner_and_mode(node):
@@ -45,7 +45,7 @@ def denied_without_rule(machine):
         node = node_of(units.wait_for(APPLICATION))
         expect_access(node, member=False, visitor=False)
         with Program(machine.results, machine.driver, "no-rule", "member", "offscreen") as program:
-            program.wait_for_log(r"Could not open the .*LIBUSB_ERROR_ACCESS.*udev rule", 120)
+            program.wait_for_log(r"Could not open the .*LIBUSB_ERROR_ACCESS.*udev rule", 60)
             program.require_not(r"List of devices have changed")
             # What its user's manual says is done while the program runs: it is then listed.
             install_rule(machine)
@@ -77,7 +77,7 @@ def granted_at_seat(machine):
         # The line of the system's own that acts upon the tag; not every system has its package.
         (RULES / "73-seat-late.rules").write_text(
             'ACTION!="remove", TAG=="uaccess", ENV{MAJOR}!="", RUN{builtin}+="uaccess"\n')
-        subprocess.run(["udevadm", "control", "--reload"], check=True, timeout=20)
+        subprocess.run(["udevadm", "control", "--reload"], check=True, timeout=60)
     seat = pathlib.Path("/run/systemd/seats/seat0")
     seat.parent.mkdir(parents=True, exist_ok=True)
     seat.write_text("IS_SEAT0=1\nACTIVE=1\nACTIVE_UID=1502\n")

@@ -54,7 +54,7 @@ class Machine:
             encoding="utf-8")
         access.remove_rules()
         self.display = Display(self.results)
-        subprocess.run(["/lib/systemd/systemd-udevd", "--daemon"], check=True, timeout=30,
+        subprocess.run(["/lib/systemd/systemd-udevd", "--daemon"], check=True, timeout=60,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
         # Not from the host's folder: an ordinary user may not be let through to that.

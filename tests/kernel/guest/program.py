@@ -10,7 +10,7 @@ import select
 import shutil
 import subprocess
 
-from units import CheckError
+from units import PATIENCE, CheckError
 
 PROGRAM = "/opt/updater/bin/AquenSolvarUpdater"
 FIRMWARES = pathlib.Path("/opt/updater/lib/aquen-solvar-updater/Resources/Firmwares")
@@ -84,11 +84,13 @@ class Program:
         pictures = results / name
         pictures.mkdir(exist_ok=True)
         self.session = driver.Session(self.process, self.log, pictures)
+        self.session.patience = PATIENCE
         self.session.fatal = None  # the checks say themselves which error they expect
 
     @staticmethod
     def _show(line):
-        if re.search(r"\] \"?(\w+State\b|Hotplug|List of|Dfu device|Firmware download|Could not)", line):
+        if re.search(r"\] \"?(\w+State\b|Hotplug|List of|Dfu device|Firmware download|Could not)",
+                     line):
             print("    " + line, flush=True)
 
     def __enter__(self):
@@ -98,7 +100,7 @@ class Program:
         if self.process.poll() is None:
             self.process.terminate()
             try:
-                self.process.wait(10)
+                self.process.wait(10 * PATIENCE)
             except subprocess.TimeoutExpired:
                 self.process.kill()
                 self.process.wait()
@@ -113,13 +115,6 @@ class Program:
         """How many lines of the log so far hold the pattern."""
         self.log.poll()
         return sum(1 for line in self.log.lines if re.search(pattern, line))
-
-    def listed(self):
-        """How many units the window lists, by the log's last word on that."""
-        self.log.poll()
-        counts = [re.search(r"List of devices have changed: (\d+)", line)
-                  for line in self.log.lines]
-        return int(next((match[1] for match in reversed(counts) if match), "0"))
 
     def require_not(self, pattern):
         if self.saw(pattern):

@@ -9,7 +9,7 @@ START = "0x08003800"
 LAYOUT = "@Internal Flash  /0x08000000/07*002Ka,121*002Kg"
 
 
-def output_of(*command, user="member", seconds=40):
+def output_of(*command, user="member", seconds=120):
     """The standard output of a command that has to succeed."""
     result = subprocess.run(as_user(user, *command), stdout=subprocess.PIPE,
                             stderr=subprocess.PIPE, text=True, timeout=seconds, check=False)

@@ -1,9 +1,10 @@
 """The program at its work, as a person with a pointer and a keyboard uses it."""
 
 import hashlib
+import re
 
 from program import Program
-from units import CheckError, Units
+from units import CheckError, Units, attached_units, wait_until
 
 APPLICATION = {"aquen": "0c07", "solvar": "0c08"}
 VENDOR_NUMBER = 0x16D0
@@ -30,7 +31,7 @@ def press_the_button(program, driver, name):
 
 
 def wait_for_list(program, count):
-    program.session.wait_for_window(120)
+    program.session.wait_for_window(60)
     program.wait_for_log(r"DefaultState", 30)
     program.wait_for_log(f"List of devices have changed: {count}", 30)
 
@@ -77,7 +78,8 @@ def resume_after_unplugging(machine):
         press_the_button(program, driver, "list.png")
         program.wait_for_log(r"Progress: 0\.[3-6]", 60)
         units.tell("unplug solvar")
-        program.wait_for_log(r"Firmware download error: \"Failed to (erase flash|upload firmware)", 20)
+        program.wait_for_log(
+            r"Firmware download error: \"Failed to (erase flash|upload firmware)", 20)
         program.wait_for_log(r"ErrorDuringUpdateState", 10)
         program.session.wait_for_picture("error.png", "the button \"Done\"", 30,
                                          lambda path: len(driver.blue_areas(path)) >= 1)
@@ -93,30 +95,59 @@ def resume_after_unplugging(machine):
         return require_flashed(machine, "solvar", units.finish()["solvar"])
 
 
+class EventCounter:
+    """Counts what the log says about arrivals and removals, as it comes."""
+
+    EVENTS = ("Hotplug event: device arrived", "Hotplug event: device left", "Found:",
+              "USB device removed...")
+    LINE = re.compile(r"\] (" + "|".join(map(re.escape, EVENTS)) +
+                      rf") {VENDOR_NUMBER} 30(?:79|80)\b")
+    LIST = re.compile(r"List of devices have changed: (\d+)")
+
+    def __init__(self, log):
+        self._log = log
+        self._counts = dict.fromkeys(self.EVENTS, 0)
+        self._listed = 0
+        log.show = self._take
+
+    def _take(self, line):
+        event = self.LINE.search(line)
+        if event:
+            self._counts[event[1]] += 1
+        listed = self.LIST.search(line)
+        if listed:
+            self._listed = int(listed[1])
+
+    def seen(self):
+        """The counts so far, in the order of EVENTS, and how many units the list shows."""
+        self._log.poll()
+        return [*self._counts.values(), self._listed]
+
+
 def plug_cycles(machine, rounds=10):
     """In each round two units are plugged in and two others unplugged at the same moment, as when a
     person moves cables: the program has to see every arrival and every removal. Ten rounds are
     twenty plug cycles."""
     kinds = (("aquen", "solvar"), ("aquen#2", "solvar#2"))
-    product = rf"{VENDOR_NUMBER} (3079|3080)\b"
-    events = ("Hotplug event: device arrived", "Hotplug event: device left", "Found:",
-              "USB device removed...")
     with Units(machine.bus, "aquen", "solvar", "aquen:plugged=no", "solvar:plugged=no") as units, \
             Program(machine.results, machine.driver, "cycles", "member", "offscreen") as program:
-        program.log.show = lambda line: None
-        program.wait_for_log(r"List of devices have changed: 2", 120)
-        before = [program.saw(rf"\] {event} {product}") for event in events]
+        counter = EventCounter(program.log)
+        program.wait_for_log(r"List of devices have changed: 2", 60)
+        arrived, left, found, removed, _ = counter.seen()
         for number in range(1, rounds + 1):
             arriving, leaving = kinds[number % 2], kinds[1 - number % 2]
             for label in leaving:
                 units.tell(f"unplug {label}")
             for label in arriving:
                 units.tell(f"plug {label}")
-            expected = [count + 2 * number for count in before]
-
-            def seen():
-                return [program.saw(rf"\] {event} {product}") for event in events]
-            program.session.wait(f"round {number}: two units come and two go", 25,
-                                 lambda: seen() == expected and program.listed() == 2)
+            change = 2 * number
+            expected = [arrived + change, left + change, found + change, removed + change, 2]
+            try:
+                wait_until(str(expected), 30, lambda: counter.seen() == expected, pause=0.3)
+            except CheckError:
+                raise CheckError(
+                    f"round {number}: {counter.seen()} instead of {expected} ("
+                    f"{', '.join(EventCounter.EVENTS)}, listed) while the kernel has "
+                    f"{sorted(attached_units())}") from None
         program.require_not(r"Could not open|LIBUSB_ERROR")
     return f"{2 * rounds} arrivals and {2 * rounds} removals, each as an event and in the list"
