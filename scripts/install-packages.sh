@@ -2,7 +2,7 @@
 # Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
 # for no rights, when all are there.
 #   scripts/install-packages.sh [--list] PURPOSE…
-# Purposes: build run test demo kernel lint coverage fuzz benchmark wayland. --list prints the packages
+# Purposes: build run test demo kernel lint memcheck coverage fuzz benchmark wayland. --list prints the packages
 # and installs nothing.
 set -euo pipefail
 
@@ -27,6 +27,7 @@ packages_for() {
         kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev umockdev xvfb xdotool \
             imagemagick dfu-util usbutils python3 util-linux ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
+        memcheck) echo valgrind ;;
         coverage) echo gcovr ;;
         fuzz) echo clang libclang-rt-14-dev ;;
         benchmark) echo libbenchmark-dev ;;
