@@ -35,6 +35,7 @@ struct Fault
     static Fault at(unsigned number, Action action, unsigned value = 0);
 
     /// At the \a first-th request of that name (see requestName).
+    /// @throws std::invalid_argument when no request goes by it: such a fault would never happen.
     static Fault on(const std::string& name, Action action, unsigned value = 0, unsigned first = 1);
 };
 

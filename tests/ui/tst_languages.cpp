@@ -231,7 +231,7 @@ void tst_languages::everyTextHasRoom()
     m_bus->plugApplication("CC-0000-0002", "1.3.1", Kind::Solvar);
     const P_Unit bootloader = m_bus->plugBootloader();
     // It holds the update screen still, until the window goes.
-    bootloader->addFault(Fault::on("status", Fault::Action::StayBusy, Fault::Forever));
+    bootloader->addFault(Fault::on("erase", Fault::Action::StayBusy, Fault::Forever));
     for (const char* text :
          {"Update Firmware", "Resume Update", "Firmware Up To Date", "Connected"})
         QVERIFY2(waitFor([&] { return shows(words("DeviceInfoContents", text)); }, 10000), text);
