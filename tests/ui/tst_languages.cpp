@@ -1,6 +1,7 @@
 // Every screen in every language: that the language is found, that no text is cut or overlaps
 // another, and that the log stays English.
 #include "BusFixture.h"
+#include "DetachedJob.h"
 #include "DownloadTexts.h"
 #include "LibusbDeviceEnumerator.h"
 #include "Translation.h"
@@ -116,6 +117,8 @@ void tst_languages::initTestCase()
 void tst_languages::cleanup()
 {
     m_engine.reset();
+    AquenSolvar::Device::DetachedJob::endAll();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     qDeleteAll(qApp->findChildren<QTranslator*>());
     m_bus->unplugAll();
     QVERIFY(m_bus->awaitGone(0));

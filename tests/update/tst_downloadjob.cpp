@@ -5,6 +5,7 @@
 #include "FirmwareImage.h"
 #include "LogCapture.h"
 
+#include <QPointer>
 #include <QTest>
 
 using namespace AquenSolvar::Device;
@@ -73,6 +74,7 @@ private slots:
     void stopWhileBusyWithAChunk();
     void stopOfASilentUnit();
     void jobWithoutOwnerGoesOn();
+    void jobWithoutOwnerEndsWithTheProgram();
 
 private:
     QSharedPointer<DfuDevice> open(const P_Unit& unit);
@@ -492,6 +494,23 @@ void tst_downloadjob::jobWithoutOwnerGoesOn()
     QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
     QCOMPARE(toByteArray(unit->applicationContent()), image);
     QVERIFY(waitFor([&] { return keepers() == 0; }));
+}
+
+void tst_downloadjob::jobWithoutOwnerEndsWithTheProgram()
+{
+    const P_Unit unit = m_bus->plugBootloader();
+    unit->addFault(Fault::on("erase", Fault::Action::StayBusy, Fault::Forever));
+    QSharedPointer<DfuDevice> device = open(unit);
+    const QPointer<DfuDevice> handle = device.data();
+    auto job = makeJob(toByteArray(makeImage(30000, "1.3.1")), device);
+    device.reset();
+    job->start();
+    QVERIFY(waitFor([&] { return unit->trace().size() >= 5; }));
+    job.reset();
+    DetachedJob::endAll();
+    QCOMPARE(QCoreApplication::instance()->findChildren<DetachedJob*>().size(), 0);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(handle.isNull());
 }
 
 QTEST_GUILESS_MAIN(tst_downloadjob)

@@ -1,5 +1,6 @@
 #include "BuildVersion.h"
 #include "DebugOutput.h"
+#include "DetachedJob.h"
 #include "InstanceGuard.h"
 #include "Log.h"
 #include "LoggingStartup.h"
@@ -114,6 +115,7 @@ int main(int argc, char** argv)
     QLOG_INFO() << "Initialized application!";
     const int status = QApplication::exec();
     engine.reset();
+    AquenSolvar::Device::DetachedJob::endAll();
     // Devices are deleted later; their USB handles must close before static objects go.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return status;

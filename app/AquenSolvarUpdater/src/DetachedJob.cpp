@@ -15,6 +15,12 @@ void DetachedJob::adopt(DFUDownloadJob* job)
         delete keeper; // the program is at its end
 }
 
+void DetachedJob::endAll()
+{
+    qDeleteAll(QCoreApplication::instance()->findChildren<DetachedJob*>(
+        QString(), Qt::FindDirectChildrenOnly));
+}
+
 DetachedJob::DetachedJob(DFUDownloadJob* job, QObject* parent)
     : QObject(parent)
     , m_job(job)

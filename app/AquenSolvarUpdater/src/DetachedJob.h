@@ -17,6 +17,11 @@ public:
     /// Takes over a running job.
     static void adopt(DFUDownloadJob* job);
 
+    /// Stops and deletes all jobs that are kept, for the program's end: what they release is then
+    /// still deleted by the event loop's rules. Takes as long as DFUDownloadJob::stop() does for
+    /// each.
+    static void endAll();
+
     ~DetachedJob() override;
 
 private:
