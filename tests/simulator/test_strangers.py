@@ -69,7 +69,8 @@ class Strangers(BusTestCase):
 
     def test_cable_pulled_amid_a_download(self):
         image = self.image("image", "1.3.1", 100000)
-        script = self.write("script", b"0.8 unplug aquen-dfu\n")
+        script = self.write("script", b"fault aquen-dfu never-return\n"
+                            b"fault aquen-dfu leave on=write first=10\n")
         result = self.run_bus(["aquen-dfu:firmware=1.2.0"],
                               ["dfu-util", "-a", "0", "-s", f"{APPLICATION:#x}:leave", "-D", image],
                               "--script", script)
