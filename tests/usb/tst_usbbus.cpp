@@ -1,6 +1,7 @@
 // The USB layer on a bus of virtual units: listings, opened devices, the enumerator.
 #include "BusFixture.h"
 #include "LibusbDeviceEnumerator.h"
+#include "LibusbUSBNotifier.h"
 #include "LogCapture.h"
 #include "PFlibusb.h"
 #include "USBDevice.h"
@@ -59,9 +60,11 @@ private slots:
     void sessionOpensOnce();
     void wildcards();
     void transfers();
+    void unknownConfiguration();
     void unplugged();
     void aborted();
     void eventThread();
+    void noticesOfTheBus();
     void enumeratorOffersDifferences();
     void enumeratorGoesAwayWhileListing();
     void defaultListingDelay();
@@ -147,6 +150,23 @@ void tst_usbbus::transfers()
     QVERIFY_EXCEPTION_THROWN(device.controlRead(0xC1, 0x24, 0, 0, 8, 50), USBException);
 }
 
+void tst_usbbus::unknownConfiguration()
+{
+    m_bus->plugApplication("Wash 7", "1.2.0");
+    const P_LibUsbDevice record = m_bus->awaitRecord(0x0C07);
+    USBDevice device(record, 2, 0);
+    try {
+        device.init();
+        QFAIL("a configuration that the unit does not have was set");
+    } catch (const USBException& exception) {
+        QVERIFY2(exception.message().startsWith(
+                     "Could not set the configuration of the usb device: LIBUSB_ERROR_"),
+                 qPrintable(exception.message()));
+    }
+    QVERIFY(!device.isOpened());
+    USBDevice(record, 1, 0).init(); // not held by the first attempt
+}
+
 void tst_usbbus::unplugged()
 {
     const P_Unit unit = m_bus->plugApplication("Wash 7", "1.2.0");
@@ -197,7 +217,29 @@ void tst_usbbus::eventThread()
         QVERIFY(device.isFinished());
         QCOMPARE(transfer.passesLeft, -1); // seen as done by the loop
     }
+    {
+        USBDevice dropped(m_bus->awaitRecord(0x0C07), 1, 0);
+        dropped.start();
+    }
     QVERIFY(!log.contains("WARN", "timed out while closing"));
+}
+
+void tst_usbbus::noticesOfTheBus()
+{
+    m_bus->plugApplication("Wash 7", "1.2.0");
+    const P_LibUsbDevice record = m_bus->awaitRecord(0x0C07);
+    LogCapture log({"LibusbUSBNotifier"});
+    LibusbUSBNotifier notifier;
+    QSignalSpy arrived(&notifier, &I_USBNotifier::USBAttachmentNotification);
+    QSignalSpy left(&notifier, &I_USBNotifier::USBRemovalNotification);
+    // The answer 0 keeps the callback registered.
+    for (const int event :
+         {int(LIBUSB_HOTPLUG_EVENT_DEVICE_ARRIVED), int(LIBUSB_HOTPLUG_EVENT_DEVICE_LEFT), 4})
+        QCOMPARE(notifier.hotplug_callback(record->device, event), 0);
+    const QList<QVariant> unit = {quint16(0x16D0), quint16(0x0C07)};
+    QCOMPARE(QList<QList<QVariant>>(arrived), {unit});
+    QCOMPARE(QList<QList<QVariant>>(left), {unit});
+    QVERIFY(log.contains("ERROR", "Invalid libusb hotplug event: 4"));
 }
 
 void tst_usbbus::enumeratorOffersDifferences()

@@ -1,4 +1,5 @@
 // What the USB layer does without a bus.
+#include "I_USBNotifier.h"
 #include "LibusbDeviceEnumerator.h"
 #include "LogCapture.h"
 #include "PFlibusb.h"
@@ -7,7 +8,11 @@
 #include "WindowsDeviceName.h"
 
 #include <QElapsedTimer>
+#include <QFutureWatcher>
+#include <QSignalSpy>
 #include <QTest>
+
+#include <sys/resource.h>
 
 using namespace USB;
 
@@ -21,6 +26,8 @@ private slots:
     void listingNeedsASession();
     void deviceWithoutRecord();
     void enumeratorRefusals();
+    void sessionThatCannotBeOpened();
+    void listingThatFails();
 };
 
 void tst_usbunits::windowsDeviceNames_data()
@@ -98,6 +105,57 @@ void tst_usbunits::enumeratorRefusals()
         "WARN enumeration finished but idle, ignoring",
     };
     QCOMPARE(log.messages(), expected);
+}
+
+// A process that has used up its file descriptors.
+void tst_usbunits::sessionThatCannotBeOpened()
+{
+    LogCapture log({"LibusbDeviceEnumerator"});
+    auto enumerator = std::make_unique<LibusbDeviceEnumerator>();
+    QObject window;
+    rlimit usual = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &usual), 0);
+    const rlimit none = {3, usual.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const bool opened = enumerator->init(&window);
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    QVERIFY(!opened);
+    QCOMPARE(log.messages().size(), 1);
+    QVERIFY(log.messages().first().startsWith(
+        "WARN USB session could not be opened: \"Error initializing libusb: LIBUSB_ERROR_"));
+    QVERIFY(enumerator->init(&window));
+    enumerator.reset();
+    LibUSB::instance().exit();
+}
+
+void tst_usbunits::listingThatFails()
+{
+    const QString failed = "Listing of the USB bus failed: Can't list devices";
+    LogCapture log({"LibusbDeviceEnumerator"});
+    auto enumerator = std::make_unique<LibusbDeviceEnumerator>();
+    enumerator->setListingDelay(0);
+    QObject window;
+    QVERIFY(enumerator->init(&window));
+    const auto list = [&] {
+        QSignalSpy done(enumerator->findChildren<QFutureWatcherBase*>().last(),
+                        &QFutureWatcherBase::finished);
+        const bool isDone = done.wait(5000);
+        QCoreApplication::processEvents(); // the enumerator hears of it in the next turn
+        return isDone;
+    };
+    QVERIFY(list());
+    delete enumerator
+        ->findChild<I_USBNotifier*>(); // it would serve the events of the closed session
+    LibUSB::instance().exit();
+    for (int count = 1; count <= 2; ++count) {
+        enumerator->requestEnumerateUSBDevices(0, 0);
+        QVERIFY(list());
+        QCOMPARE(log.messages().filter(failed).size(), count);
+    }
+    enumerator->requestEnumerateUSBDevices(0, 0);
+    enumerator.reset(); // with the failure not yet noticed
+    QCOMPARE(log.messages().size(), 3);
+    QCOMPARE(log.messages().filter(failed).size(), 3);
 }
 
 QTEST_GUILESS_MAIN(tst_usbunits)
