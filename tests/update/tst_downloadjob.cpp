@@ -73,6 +73,7 @@ private slots:
     void stopAtTheEnd();
     void stopWhileBusyWithAChunk();
     void stopOfASilentUnit();
+    void longWaitsAreLogged();
     void jobWithoutOwnerGoesOn();
     void jobWithoutOwnerEndsWithTheProgram();
 
@@ -474,6 +475,22 @@ void tst_downloadjob::stopOfASilentUnit()
              qPrintable(QString::number(time.elapsed())));
     QVERIFY(job->isFinished());
     QVERIFY(log.contains("ERROR", "timed out while closing"));
+}
+
+void tst_downloadjob::longWaitsAreLogged()
+{
+    const P_Unit unit = m_bus->plugBootloader();
+    unit->addFault(Fault::on("erase", Fault::Action::StayBusy, 100));
+    const QSharedPointer<DfuDevice> device = open(unit);
+    device->setPollSleep(std::chrono::milliseconds(5));
+    device->setBusyWarning(std::chrono::milliseconds(50));
+    LogCapture log({"DfuDevice"});
+    const auto job = makeJob(toByteArray(makeImage(5000, "1.3.1")), device);
+    job->start();
+    QVERIFY(waitFor([&] { return job->isFinished(); }));
+    // After 50, 100, 200 ms and so on, not at each of the hundred polls; not for the other pages.
+    const int warnings = log.messages().filter("The unit has been busy for").size();
+    QVERIFY2(warnings >= 4 && warnings < 15, qPrintable(QString::number(warnings)));
 }
 
 void tst_downloadjob::jobWithoutOwnerGoesOn()

@@ -152,7 +152,22 @@ bool DfuDevice::poll()
 {
     QThread::msleep(static_cast<unsigned long>(m_pollSleep.count()));
     QCoreApplication::processEvents();
-    return dfuGetStatus();
+    const bool isAnswered = dfuGetStatus();
+    warnOfLongWork();
+    return isAnswered;
+}
+
+void DfuDevice::warnOfLongWork()
+{
+    if (state() != DFU_STATE_DNBUSY) {
+        m_busyTime.invalidate();
+    } else if (!m_busyTime.isValid()) {
+        m_busyTime.start();
+        m_nextBusyWarning = m_busyWarning;
+    } else if (m_busyTime.elapsed() >= m_nextBusyWarning.count()) {
+        QLOG_WARN() << "The unit has been busy for" << m_busyTime.elapsed() << "ms";
+        m_nextBusyWarning *= 2;
+    }
 }
 
 void DfuDevice::parseInterfaceString(const QString& text)

@@ -5,6 +5,7 @@
 #include "MemoryLayout.h"
 #include "USBDevice.h"
 
+#include <QElapsedTimer>
 #include <QEnableSharedFromThis>
 
 #include <chrono>
@@ -46,6 +47,8 @@ public:
     static constexpr std::chrono::milliseconds defaultPollSleep{50};
     /// How long a unit may take to tell its status: some are deaf while they erase.
     static constexpr std::chrono::milliseconds defaultStatusTimeout{100000};
+    /// After how long a wait for a busy unit is logged, and again each time that it has doubled.
+    static constexpr std::chrono::milliseconds defaultBusyWarning{10000};
 
     /// Opens nothing. @throws USB::USBException when the device descriptor cannot be read.
     explicit DfuDevice(USB::P_LibUsbDevice record);
@@ -67,7 +70,8 @@ public:
     bool dfuSpecialCommand(quint32 address, SpecialCommand command);
 
     /// One round of a wait: the poll sleep, one pass over the calling thread's pending events, then
-    /// dfuGetStatus().
+    /// dfuGetStatus(). A unit that stays busy is waited for without end, but not without a word:
+    /// see defaultBusyWarning.
     bool poll();
 
     /// Appends the segments that one interface string describes; see parseMemoryLayout().
@@ -98,6 +102,9 @@ public:
     /// The time-out of dfuGetStatus(), before the unit is used.
     void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
 
+    /// When poll() first logs that the unit is still busy, before the unit is used.
+    void setBusyWarning(std::chrono::milliseconds after) { m_busyWarning = after; }
+
 signals:
     // For observers; the requests change the fields without a signal.
     void stateChanged(AquenSolvar::Device::DFUState state);
@@ -107,6 +114,7 @@ private:
     void readMemoryLayout();
     void readFunctionalDescriptor();
     bool failRequest();
+    void warnOfLongWork();
 
     DfuStatusReply m_reply;
     DfuFunctionalDescriptor m_functional;
@@ -115,6 +123,9 @@ private:
     QList<MemorySegment> m_segments;
     std::chrono::milliseconds m_pollSleep = defaultPollSleep;
     std::chrono::milliseconds m_statusTimeout = defaultStatusTimeout;
+    std::chrono::milliseconds m_busyWarning = defaultBusyWarning;
+    std::chrono::milliseconds m_nextBusyWarning{0};
+    QElapsedTimer m_busyTime; // valid while the unit says that it is busy
 };
 
 } // namespace Device
