@@ -8,6 +8,7 @@
 #include "Paths.h"
 #include "UserInterface.h"
 
+#include <QAccessible>
 #include <QDir>
 #include <QFile>
 #include <QQmlApplicationEngine>
@@ -69,6 +70,7 @@ private slots:
     void cleanup();
     void searchingUntilAUnitComes();
     void updateByPointer();
+    void keyboardReachesEverything();
     void updateByKeyboard();
     void bootloaderIsResumed();
     void failures_data();
@@ -233,6 +235,46 @@ void tst_mainwindow::updateByPointer()
                                   "FirmwareUpdateFinalState", "DefaultState"}));
     QVERIFY(m_log->contains("INFO", "Progress: 0.819"));
     QCOMPARE(unexpectedLines(), QStringList());
+}
+
+// Every control, and no other, has the keyboard in turn, and is seen to have it.
+void tst_mainwindow::keyboardReachesEverything()
+{
+    m_bus->plugApplication("W-1", "1.2.0");
+    m_bus->plugApplication("W-2", "1.2.0");
+    m_bus->plugApplication("W-3", "1.3.1");
+    QVERIFY(waitFor([&] { return visible("updateButton").size() == 3; }, 10000));
+    const auto focused = [&] {
+        const auto* item = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
+        return (item->text(QAccessible::Name) + " " + item->text(QAccessible::Description))
+            .trimmed();
+    };
+    const QString card = "W-1 Aquen, Connected, Update needed";
+    const QList<QPair<Qt::Key, QString>> steps = {
+        {Qt::Key_Tab, card},
+        {Qt::Key_Tab, "Update Firmware W-1"},
+        {Qt::Key_Tab, "Update Firmware W-2"},
+        {Qt::Key_Tab, "Quit"},
+        {Qt::Key_Tab, card},
+        {Qt::Key_Down, "W-2 Aquen, Connected, Update needed"},
+        {Qt::Key_Down, "W-3 Aquen, Connected, Firmware Up To Date"},
+        {Qt::Key_Down, "W-3 Aquen, Connected, Firmware Up To Date"},
+        {Qt::Key_Backtab, "Quit"},
+        {Qt::Key_Tab, "W-3 Aquen, Connected, Firmware Up To Date"},
+    };
+    QRect place;
+    QImage before;
+    for (const auto& [key, expected] : steps) {
+        const QString from = before.isNull() ? QString() : focused();
+        QTest::keyClick(m_window, key);
+        QCOMPARE(focused(), expected);
+        const QImage now = m_window->grabWindow();
+        if (!before.isNull() && from != expected)
+            QVERIFY2(before.copy(place) != now.copy(place), qPrintable(from));
+        before = now;
+        const QQuickItem* item = m_window->activeFocusItem();
+        place = item->mapRectToScene(item->boundingRect()).toAlignedRect().adjusted(-3, -3, 3, 3);
+    }
 }
 
 void tst_mainwindow::updateByKeyboard()

@@ -15,6 +15,9 @@ Item {
     ScrollView {
         anchors.fill: parent
         anchors.rightMargin: -Style.tinyGridSize
+        // Or the first picture of an empty window has scroll bars.
+        horizontalScrollBarPolicy: Qt.ScrollBarAlwaysOff
+        verticalScrollBarPolicy: listView.count === 0 ? Qt.ScrollBarAlwaysOff : Qt.ScrollBarAsNeeded
 
         ListView {
             id: listView
@@ -23,6 +26,8 @@ Item {
             rightMargin: Style.mediumGridSize
             spacing: Style.baseGridSize
             activeFocusOnTab: true
+            // The scroll view switches off what fingers do, and arrow keys along with it.
+            keyNavigationEnabled: true
             cacheBuffer: 300
             clip: true
             // So that the keyboard enters the list at its current card again, and not at the button
