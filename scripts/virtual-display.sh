@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Runs a command on an X server of its own, without a monitor, and returns its status.
 #   scripts/virtual-display.sh COMMAND…
+# VIRTUAL_SCREEN is the screen's size and depth, 1024x768x24 unless it is set.
 set -uo pipefail
 
 ready=$(mktemp)
 trap 'rm -f "$ready"' EXIT
 # The server picks a free display number and says which.
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$ready" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 "${VIRTUAL_SCREEN:-1024x768x24}" -nolisten tcp 3>"$ready" >/dev/null 2>&1 &
 server=$!
 trap 'kill "$server" 2>/dev/null; wait "$server" 2>/dev/null; rm -f "$ready"' EXIT
 for _ in {1..100}; do
