@@ -2,8 +2,8 @@
 # Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
 # for no rights, when all are there.
 #   scripts/install-packages.sh [--list] PURPOSE…
-# Purposes: build run test demo kernel lint memcheck coverage fuzz benchmark wayland. --list prints the packages
-# and installs nothing.
+# Purposes: build run test demo kernel lint memcheck coverage fuzz benchmark wayland package
+#   package-test. --list prints the packages and installs nothing.
 set -euo pipefail
 
 packages_for() {
@@ -11,7 +11,7 @@ packages_for() {
         # Compilers and the headers of what the program and its tools link.
         build) echo g++ cmake ninja-build ccache pkg-config git ca-certificates \
             qtbase5-dev qtdeclarative5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools libusb-1.0-0-dev zlib1g-dev \
-            libjs-underscore fonts-open-sans libumockdev-dev libglib2.0-dev ;;
+            libjs-underscore fonts-open-sans librsvg2-bin libumockdev-dev libglib2.0-dev ;;
         # What the program loads when it runs: QML modules, the image plugin for icons, a font, and
         # OpenGL for machines without a graphics card.
         run) echo qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts \
@@ -32,6 +32,9 @@ packages_for() {
         fuzz) echo clang libclang-rt-14-dev ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
+        package) echo dpkg-dev file ;;
+        # Judges of a package, and a system of its own to install it into.
+        package-test) echo lintian appstream desktop-file-utils debootstrap man-db ;;
         *)
             echo "install-packages.sh: unknown purpose: $1" >&2
             return 2

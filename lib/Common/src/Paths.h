@@ -46,7 +46,8 @@ public:
     /// Where log files go: "Logs" in the data directory.
     Q_INVOKABLE static QString logDirectory();
 
-    /// The source tree on the machine that built the program.
+    /// The source tree on the machine that built the program. A package names a conventional place
+    /// instead (ASU_SOURCES_DIRECTORY), so that it does not depend on that machine.
     Q_INVOKABLE static QString sourcesDirectory();
 
     /// The "file:" URL of a local path, as text.
