@@ -100,6 +100,8 @@ int main(int argc, char** argv)
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // By this name a Wayland desktop finds the menu entry and the icon that belong to the window.
+    QGuiApplication::setDesktopFileName(QStringLiteral("quillon.aquen_solvar.updater"));
     QApplication application(argc, argv);
     if (!checkCommandLine())
         return usageError;
