@@ -356,6 +356,15 @@ void tst_downloadjob::errorStateAtStart()
     const QSharedPointer<DfuDevice> device = open(unit);
     QVERIFY(!device->dfuSpecialCommand(0xFFFFFFFF, ERASE_PAGE));
     QCOMPARE(unit->dfuState(), Dfu::State::Error);
+    {
+        unit->addFault(Fault::on("clrstatus", Action::Stall));
+        const auto refused = makeJob(QByteArray(100, 'x'), device);
+        Heard heard(*refused);
+        refused->start();
+        QVERIFY(waitFor([&] { return heard.ended; }));
+        QCOMPARE(heard.errors, QStringList("Failed to clear device status."));
+        QCOMPARE(heard.finished, 0);
+    }
     unit->clearTrace();
     const auto job = makeJob(QByteArray(100, 'x'), device);
     Heard heard(*job);
