@@ -1,11 +1,9 @@
-// The download job against a virtual bootloader, over the real libusb.
-#include "BusFixture.h"
-#include "DFUDownloadJob.h"
-#include "DetachedJob.h"
+// What the download job sends to a virtual bootloader, and what it says when that fails, over the
+// real libusb.
+#include "DownloadJobFixture.h"
 #include "FirmwareImage.h"
 #include "LogCapture.h"
 
-#include <QPointer>
 #include <QTest>
 
 using namespace AquenSolvar::Device;
@@ -15,26 +13,6 @@ using Action = Fault::Action;
 Q_DECLARE_METATYPE(VirtualUnit::Fault::Action)
 
 namespace {
-
-constexpr int maxSize = 0x28000;
-const QString wrappedError = QStringLiteral(
-    "Caught USB exception: Error state while downloading to Aquen/Solvar in \"DFU\" mode.");
-
-// What a job said, received on the test's thread.
-struct Heard : QObject
-{
-    explicit Heard(DFUDownloadJob& job)
-    {
-        connect(&job, &DFUDownloadJob::uploadError, this, [this](QString text) { errors << text; });
-        connect(&job, &DFUDownloadJob::uploadProgress, this, [this](float p) { progress << p; });
-        connect(&job, &DFUDownloadJob::uploadFinished, this, [this] { ++finished; });
-        connect(&job, &QThread::finished, this, [this] { ended = true; });
-    }
-    QStringList errors;
-    QVector<float> progress;
-    int finished = 0;
-    bool ended = false;
-};
 
 // One control request in a form that reads well when a comparison fails.
 QString line(const TraceEntry& entry)
@@ -50,13 +28,11 @@ QString line(const TraceEntry& entry)
 
 } // namespace
 
-class tst_downloadjob : public QObject
+class tst_downloadjob : public DownloadJobFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
     void requestSequence();
     void emptyImage();
     void sizeLimit();
@@ -68,52 +44,7 @@ private slots:
     void smallTransferSizeWarns();
     void errorStateAtStart();
     void endInErrorStateCountsAsFinished();
-    void stopInTheLoop();
-    void stopBeforeAChunkIsSent();
-    void stopAtTheEnd();
-    void stopWhileBusyWithAChunk();
-    void stopOfASilentUnit();
-    void longWaitsAreLogged();
-    void jobWithoutOwnerGoesOn();
-    void jobWithoutOwnerEndsWithTheProgram();
-
-private:
-    QSharedPointer<DfuDevice> open(const P_Unit& unit);
-    QSharedPointer<DFUDownloadJob> makeJob(const QByteArray& image,
-                                           const QSharedPointer<DfuDevice>& device);
-    std::unique_ptr<BusFixture> m_bus;
 };
-
-void tst_downloadjob::initTestCase()
-{
-    m_bus = std::make_unique<BusFixture>();
-}
-
-void tst_downloadjob::cleanup()
-{
-    m_bus->unplugAll();
-    QVERIFY(m_bus->awaitGone(0));
-}
-
-QSharedPointer<DfuDevice> tst_downloadjob::open(const P_Unit& unit)
-{
-    // An earlier device of the test lets go of the unit when its deferred deletion runs.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    const USB::P_LibUsbDevice record = m_bus->awaitRecord(unit->productId());
-    QSharedPointer<DfuDevice> device(new DfuDevice(record), &QObject::deleteLater);
-    device->setPollSleep(std::chrono::milliseconds(1));
-    device->init();
-    device->setAlternateSetting(0);
-    unit->clearTrace();
-    return device;
-}
-
-QSharedPointer<DFUDownloadJob> tst_downloadjob::makeJob(const QByteArray& image,
-                                                        const QSharedPointer<DfuDevice>& device)
-{
-    return QSharedPointer<DFUDownloadJob>(new DFUDownloadJob(image, device, maxSize),
-                                          &DFUDownloadJob::release);
-}
 
 void tst_downloadjob::requestSequence()
 {
@@ -389,154 +320,6 @@ void tst_downloadjob::endInErrorStateCountsAsFinished()
     QCOMPARE(heard.finished, 1);
     QCOMPARE(heard.errors, QStringList());
     QVERIFY(log.contains("INFO", "state \"Error\""));
-}
-
-void tst_downloadjob::stopInTheLoop()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    LogCapture log({"DFUDownloadJob"});
-    const auto job = makeJob(QByteArray(100000, 'x'), open(unit));
-    Heard heard(*job);
-    // Between two chunks: while a chunk is being written, a stop ends as a bad state.
-    connect(
-        job.data(), &DFUDownloadJob::uploadProgress, job.data(), [&] { job->requestStop(); },
-        Qt::DirectConnection);
-    job->start();
-    QVERIFY(waitFor([&] { return heard.ended; }));
-    job->stop();
-    QCOMPARE(heard.progress.size(), 1);
-    QCOMPARE(heard.finished, 0);
-    QCOMPARE(heard.errors, QStringList());
-    QVERIFY(log.contains("INFO", "File successfully downloaded."));
-    QCOMPARE(log.count("ERROR"), 0);
-    QVERIFY(unit->mode() == Mode::Bootloader);
-}
-
-void tst_downloadjob::stopBeforeAChunkIsSent()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    const QSharedPointer<DfuDevice> device = open(unit);
-    // Three pauses lie between the command that sets the address and the data.
-    device->setPollSleep(std::chrono::milliseconds(100));
-    const auto job = makeJob(QByteArray(5000, 'x'), device);
-    Heard heard(*job);
-    job->start();
-    const auto lastRequestIs = [&](const char* name) {
-        const auto trace = unit->trace();
-        return !trace.empty() && trace.back().name == name;
-    };
-    QVERIFY(waitFor([&] { return lastRequestIs("set-address"); }));
-    job->stop();
-    QVERIFY(waitFor([&] { return heard.ended; }));
-    QCOMPARE(heard.errors, QStringList());
-    QCOMPARE(heard.finished, 0);
-    for (const TraceEntry& entry : unit->trace())
-        QVERIFY(entry.name != "write");
-}
-
-void tst_downloadjob::stopAtTheEnd()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    const QByteArray image = toByteArray(makeImage(100, "1.3.1"));
-    const auto job = makeJob(image, open(unit));
-    Heard heard(*job);
-    // Queued behind the last chunk, so that it comes while the final address is being set.
-    connect(
-        job.data(), &DFUDownloadJob::uploadProgress, job.data(), [&] { job->requestStop(); },
-        Qt::QueuedConnection);
-    job->start();
-    QVERIFY(waitFor([&] { return heard.ended; }));
-    QCOMPARE(heard.errors, QStringList());
-    QCOMPARE(heard.finished, 1);
-    // Finished is not said of a unit that was left in its bootloader.
-    QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
-    QCOMPARE(toByteArray(unit->applicationContent()), image);
-}
-
-void tst_downloadjob::stopWhileBusyWithAChunk()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    const auto job = makeJob(QByteArray(5000, 'x'), open(unit));
-    unit->addFault(Fault::on("write", Action::StayBusy, Fault::Forever));
-    Heard heard(*job);
-    job->start();
-    QVERIFY(waitFor([&] {
-        return unit->trace().size() > 12; // well into the wait for the first chunk
-    }));
-    job->stop();
-    QVERIFY(waitFor([&] { return heard.ended; }));
-    QCOMPARE(heard.errors, QStringList({"Error state while flashing firmware.", wrappedError}));
-}
-
-void tst_downloadjob::stopOfASilentUnit()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    LogCapture log({"DFUDownloadJob"});
-    const auto job = makeJob(QByteArray(5000, 'x'), open(unit));
-    unit->addFault(Fault::on("getstatus", Action::Silence, 0, 2));
-    Heard heard(*job);
-    job->start();
-    QVERIFY(waitFor([&] { return unit->trace().size() >= 3; }));
-    QElapsedTimer time;
-    time.start();
-    job->stop(); // the unanswered status read has a time-out of 100 s
-    QVERIFY2(time.elapsed() >= 1900 && time.elapsed() < 3500,
-             qPrintable(QString::number(time.elapsed())));
-    QVERIFY(job->isFinished());
-    QVERIFY(log.contains("ERROR", "timed out while closing"));
-}
-
-void tst_downloadjob::longWaitsAreLogged()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    unit->addFault(Fault::on("erase", Fault::Action::StayBusy, 100));
-    const QSharedPointer<DfuDevice> device = open(unit);
-    device->setPollSleep(std::chrono::milliseconds(5));
-    device->setBusyWarning(std::chrono::milliseconds(50));
-    LogCapture log({"DfuDevice"});
-    const auto job = makeJob(toByteArray(makeImage(5000, "1.3.1")), device);
-    job->start();
-    QVERIFY(waitFor([&] { return job->isFinished(); }));
-    // After 50, 100, 200 ms and so on, not at each of the hundred polls; not for the other pages.
-    const int warnings = log.messages().filter("The unit has been busy for").size();
-    QVERIFY2(warnings >= 4 && warnings < 15, qPrintable(QString::number(warnings)));
-}
-
-void tst_downloadjob::jobWithoutOwnerGoesOn()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    const QByteArray image = toByteArray(makeImage(30000, "1.3.1"));
-    auto job = makeJob(image, open(unit));
-    {
-        Heard heard(*job);
-        job->start();
-        QVERIFY(waitFor([&] { return !heard.progress.isEmpty(); }));
-    }
-    job.reset();
-    const auto keepers = [] {
-        return QCoreApplication::instance()->findChildren<DetachedJob*>().size();
-    };
-    QCOMPARE(keepers(), 1);
-    QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
-    QCOMPARE(toByteArray(unit->applicationContent()), image);
-    QVERIFY(waitFor([&] { return keepers() == 0; }));
-}
-
-void tst_downloadjob::jobWithoutOwnerEndsWithTheProgram()
-{
-    const P_Unit unit = m_bus->plugBootloader();
-    unit->addFault(Fault::on("erase", Fault::Action::StayBusy, Fault::Forever));
-    QSharedPointer<DfuDevice> device = open(unit);
-    const QPointer<DfuDevice> handle = device.data();
-    auto job = makeJob(toByteArray(makeImage(30000, "1.3.1")), device);
-    device.reset();
-    job->start();
-    QVERIFY(waitFor([&] { return unit->trace().size() >= 5; }));
-    job.reset();
-    DetachedJob::endAll();
-    QCOMPARE(QCoreApplication::instance()->findChildren<DetachedJob*>().size(), 0);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(handle.isNull());
 }
 
 QTEST_GUILESS_MAIN(tst_downloadjob)
