@@ -1,3 +1,4 @@
+#include "AnalyticsServer.h"
 #include "BuildType.h"
 #include "BuildVersion.h"
 #include "ComputerId.h"
@@ -7,13 +8,9 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QNetworkProxy>
-#include <QProcess>
 #include <QQmlEngine>
 #include <QSettings>
-#include <QSslCertificate>
-#include <QSslConfiguration>
 #include <QtTest>
 
 #include <thread>
@@ -23,41 +20,7 @@ using Common::SLog;
 
 namespace {
 
-constexpr int patience = 30'000;
-
-struct Request
-{
-    QString way;
-    QByteArray line;
-    QMap<QByteArray, QByteArray> headers;
-    QByteArray body;
-
-    QStringList events() const
-    {
-        QStringList names;
-        const QJsonDocument document = QJsonDocument::fromJson(QString::fromLatin1(body).toUtf8());
-        for (const QJsonValue& message : document["batch"].toArray())
-            names << message["event"].toString(message["type"].toString());
-        return names;
-    }
-};
-
-Request parse(const QByteArray& line)
-{
-    const QJsonDocument record = QJsonDocument::fromJson(line);
-    Request request;
-    request.way = record["way"].toString();
-    const QByteArray raw = QByteArray::fromBase64(record["request"].toString().toLatin1());
-    const int end = raw.indexOf("\r\n\r\n");
-    request.body = raw.mid(end + 4);
-    QList<QByteArray> head = raw.left(end).replace("\r\n", "\n").split('\n');
-    request.line = head.takeFirst();
-    for (const QByteArray& header : head) {
-        const int colon = header.indexOf(": ");
-        request.headers.insert(header.left(colon), header.mid(colon + 2));
-    }
-    return request;
-}
+constexpr int patience = AnalyticsServer::patience;
 
 class BrokenReply : public QNetworkReply
 {
@@ -106,15 +69,13 @@ class SLogTest : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_directory;
-    QProcess m_server;
-    QJsonObject m_ports;
+    AnalyticsServer m_server;
     LogCapture m_log{{"SLog"}};
 
     AnalyticsSurroundings surroundings(const QString& way, int flushInterval = 60'000) const
     {
         AnalyticsSurroundings result;
-        result.host = QStringLiteral("127.0.0.1:%1").arg(m_ports[way].toInt());
+        result.host = m_server.host(way);
         result.now = [] {
             return QDateTime(QDate(2031, 2, 3), QTime(4, 5, 6, 789));
         };
@@ -123,14 +84,7 @@ private:
         return result;
     }
 
-    Request nextRequest(int wait = patience)
-    {
-        QElapsedTimer waiting;
-        waiting.start();
-        while (!m_server.canReadLine() && !waiting.hasExpired(wait))
-            QTest::qWait(5);
-        return m_server.canReadLine() ? parse(m_server.readLine()) : Request();
-    }
+    AnalyticsRequest nextRequest(int wait = patience) { return m_server.next(wait); }
 
 private slots:
     void initTestCase()
@@ -140,14 +94,7 @@ private slots:
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         QSettings().clear();
-        m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_server.start(qEnvironmentVariable("ANALYTICS_SERVER"), {m_directory.path()});
-        QTRY_VERIFY_WITH_TIMEOUT(m_server.canReadLine(), patience);
-        m_ports = QJsonDocument::fromJson(m_server.readLine()).object();
-        QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
-        trust.setCaCertificates(QSslCertificate::fromPath(m_directory.filePath("authorities.pem")));
-        QCOMPARE(trust.caCertificates().size(), 2);
-        QSslConfiguration::setDefaultConfiguration(trust);
+        QVERIFY(m_server.start());
     }
 
     void init() { m_log.clear(); }
@@ -155,11 +102,7 @@ private slots:
     // Every test takes all that arrives; nothing may be left over.
     void cleanup() { QCOMPARE(nextRequest(50).way, QString()); }
 
-    void cleanupTestCase()
-    {
-        m_server.closeWriteChannel();
-        QVERIFY(m_server.waitForFinished());
-    }
+    void cleanupTestCase() { QVERIFY(m_server.stop()); }
 
     void aSessionIsOneBatchToTheLetter()
     {
@@ -173,7 +116,7 @@ private slots:
         log.track("after", {});
         log.stopLogging();
 
-        const Request request = nextRequest();
+        const AnalyticsRequest request = nextRequest();
         QCOMPARE(request.line, QByteArray("POST /v1/batch HTTP/1.1"));
         QCOMPARE(request.headers["Content-Type"], QByteArray("application/json"));
         QCOMPARE(request.headers["Authorization"], QByteArray("Basic a+l5Og=="));
@@ -306,7 +249,7 @@ private slots:
                              "startLogging"));
         second.track("Shared");
         second.stopLogging();
-        const Request request = nextRequest();
+        const AnalyticsRequest request = nextRequest();
         QCOMPARE(request.way, QStringLiteral("answer"));
         QCOMPARE(request.headers["Authorization"], "Basic " + QByteArray("one").toBase64());
         QCOMPARE(request.events(), QStringList({"identify", "Mendrel Session Started", "Shared"}));
@@ -336,7 +279,7 @@ private slots:
         SLog log(surroundings(way, 1));
         const auto expectOutcome = [&](const QStringList& events) {
             if (arrives) {
-                const Request request = nextRequest();
+                const AnalyticsRequest request = nextRequest();
                 QCOMPARE(request.way, way);
                 QCOMPARE(request.events(), events);
             }
@@ -394,7 +337,7 @@ private slots:
         for (std::thread& caller : callers)
             caller.join();
         log.stopLogging();
-        const Request request = nextRequest();
+        const AnalyticsRequest request = nextRequest();
         QCOMPARE(request.events().size(), 2 + threads * each);
         QMap<QString, int> next;
         const QJsonDocument document = QJsonDocument::fromJson(request.body);
@@ -457,7 +400,7 @@ private slots:
             "                    call: function () {}, later: undefined });"
             "SLog.stopLogging();");
         QVERIFY2(!result.isError(), qPrintable(result.toString()));
-        const Request request = nextRequest();
+        const AnalyticsRequest request = nextRequest();
         const QJsonValue properties =
             QJsonDocument::fromJson(request.body)["batch"].toArray().last()["properties"];
         QCOMPARE(properties["n"].toInt(), 1);
