@@ -9,15 +9,22 @@ Item {
 
     property AquenSolvarListModel devices
     property bool searching: false
+    // Follows the list's count when the layout that changed it is over. Within, a bar that shows up
+    // narrows the list, which is laid out again and changes the count once more.
+    property bool _empty: true
 
     signal requestUpdate(var device)
+
+    function _followCount() {
+        _empty = listView.count === 0;
+    }
 
     ScrollView {
         anchors.fill: parent
         anchors.rightMargin: -Style.tinyGridSize
         // Or the first picture of an empty window has scroll bars.
         horizontalScrollBarPolicy: Qt.ScrollBarAlwaysOff
-        verticalScrollBarPolicy: listView.count === 0 ? Qt.ScrollBarAlwaysOff : Qt.ScrollBarAsNeeded
+        verticalScrollBarPolicy: root._empty ? Qt.ScrollBarAlwaysOff : Qt.ScrollBarAsNeeded
 
         ListView {
             id: listView
@@ -30,6 +37,7 @@ Item {
             keyNavigationEnabled: true
             cacheBuffer: 300
             clip: true
+            onCountChanged: Qt.callLater(root._followCount)
             // So that the keyboard enters the list at its current card again, and not at the button
             // that it left from, behind which the other cards could not be reached.
             onActiveFocusChanged: {
