@@ -2,21 +2,16 @@
 
 #include "AquenSolvarTaskFactory.h"
 #include "AquenSolvarWatcher.h"
-#include "FirmwareBundle.h"
 #include "LibusbDeviceEnumerator.h"
 #include "LibusbUSBNotifier.h"
-#include "Paths.h"
 #include "UserInterface.h"
 
-#include <QDir>
 #include <QFile>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QSaveFile>
 #include <QTest>
 
-#include <algorithm>
 #include <cstdio>
 
 using AquenSolvar::AquenSolvarTaskFactory;
@@ -26,17 +21,6 @@ using AquenSolvar::Device::P_I_Device;
 using AquenSolvar::Tasks::AquenSolvarFirmwareUpdateTask;
 
 namespace {
-
-// Every item below this one: delegates are no children of objects.
-void collectBelow(QQuickItem* item, const QString& objectName, QList<QQuickItem*>& found)
-{
-    if (!item->isVisible())
-        return;
-    if (objectName.isNull() || item->objectName() == objectName)
-        found << item;
-    for (QQuickItem* child : item->childItems())
-        collectBelow(child, objectName, found);
-}
 
 // How long this thread has waited for a processor so far, in milliseconds.
 qint64 timeWithoutProcessor()
@@ -139,31 +123,6 @@ void UpdaterSession::on_updatingState_taskChanged()
             [this](const QString& text) { m_taskSignals << "error " + text; });
 }
 
-QList<QQuickItem*> UpdaterSession::visible(const QString& objectName) const
-{
-    QList<QQuickItem*> found;
-    collectBelow(m_window->contentItem(), objectName, found);
-    // Delegates are made in the order in which their units came.
-    std::stable_sort(found.begin(), found.end(), [](QQuickItem* left, QQuickItem* right) {
-        return left->mapToScene(QPointF()).y() < right->mapToScene(QPointF()).y();
-    });
-    return found;
-}
-
-QQuickItem* UpdaterSession::one(const QString& objectName) const
-{
-    const QList<QQuickItem*> found = visible(objectName);
-    return found.size() == 1 ? found.first() : nullptr;
-}
-
-bool UpdaterSession::shows(const QString& text) const
-{
-    const QList<QQuickItem*> items = visible(QString());
-    return std::any_of(items.begin(), items.end(), [&text](QQuickItem* item) {
-        return item->property("text").toString() == text;
-    });
-}
-
 QString UpdaterSession::barText() const
 {
     QQuickItem* text = one("progressBarText");
@@ -185,13 +144,10 @@ bool UpdaterSession::offers(const QString& buttonText, bool enabled) const
 
 bool UpdaterSession::press(QQuickItem* item)
 {
-    if (item == nullptr)
-        return false;
-    const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
     const Turn turn;
-    QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
+    const bool pressed = ::press(item);
     m_longestTurn = qMax(m_longestTurn, turn.milliseconds());
-    return true;
+    return pressed;
 }
 
 bool UpdaterSession::wait(const std::function<bool()>& condition, int milliseconds)
@@ -229,19 +185,6 @@ void UpdaterSession::forget()
     m_unitSignals.clear();
     m_taskSignals.clear();
     m_longestTurn = 0;
-}
-
-bool shipFirmware(const QByteArray& aquenImage, const QByteArray& solvarImage)
-{
-    const QDir firmwares(Common::Paths::resourceDirectory() + "/Firmwares");
-    const auto put = [&firmwares](const QString& name, const QByteArray& image) {
-        // Put in place at once: programs of this folder run side by side.
-        QSaveFile file(firmwares.filePath(name));
-        return file.open(QIODevice::WriteOnly) &&
-               file.write(AquenSolvar::Device::packFirmwareBundle(10, image)) > 0 && file.commit();
-    };
-    return firmwares.mkpath(".") && put("aquen-v10.tarnware", aquenImage) &&
-           put("solvar-v10.tarnware", solvarImage);
 }
 
 void withoutSizeHints(QtMsgType type, const QMessageLogContext& context, const QString& text)

@@ -2,6 +2,8 @@
 
 #include "BusFixture.h"
 #include "LogCapture.h"
+#include "ShippedFirmware.h"
+#include "ShownItems.h"
 
 #include <QObject>
 #include <QStringList>
@@ -10,7 +12,6 @@
 #include <chrono>
 
 class QQmlApplicationEngine;
-class QQuickItem;
 class QQuickWindow;
 
 /// How long the program waits for things.
@@ -46,11 +47,14 @@ public:
     QQmlApplicationEngine* engine() const { return m_engine.get(); }
 
     /// Visible items of that object name, from top to bottom.
-    QList<QQuickItem*> visible(const QString& objectName) const;
+    QList<QQuickItem*> visible(const QString& objectName) const
+    {
+        return shownItems(m_window, objectName);
+    }
     /// The visible item of that object name, when there is exactly one.
-    QQuickItem* one(const QString& objectName) const;
+    QQuickItem* one(const QString& objectName) const { return shownItem(m_window, objectName); }
     /// Whether a visible item has that text.
-    bool shows(const QString& text) const;
+    bool shows(const QString& text) const { return showsText(m_window, text); }
     /// The text on the progress bar; empty in the list.
     QString barText() const;
     bool isDone() const;
@@ -97,9 +101,6 @@ private:
     int m_unitsPresent = 0;
     qint64 m_longestTurn = 0;
 };
-
-/// Puts a bundle with that image for each kind beside the running program, as it is shipped.
-bool shipFirmware(const QByteArray& aquenImage, const QByteArray& solvarImage);
 
 /// Message handler that leaves out what the platform without a screen says at every change of the
 /// window's size, and hands on the rest.

@@ -4,6 +4,7 @@
 #include "DetachedJob.h"
 #include "DownloadTexts.h"
 #include "LibusbDeviceEnumerator.h"
+#include "ShownItems.h"
 #include "Translation.h"
 #include "UserInterface.h"
 
@@ -16,6 +17,8 @@
 #include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
+
+#include <algorithm>
 
 using namespace VirtualUnit;
 
@@ -50,14 +53,6 @@ QList<Message> messagesOf(const QString& tsFile)
 QString translated(const Message& message)
 {
     return QCoreApplication::translate(qPrintable(message.context), qPrintable(message.source));
-}
-
-QList<QQuickItem*> itemsBelow(QQuickItem* item)
-{
-    QList<QQuickItem*> all = {item};
-    for (QQuickItem* child : item->childItems())
-        all += itemsBelow(child);
-    return all;
 }
 
 // Where a text is painted, in the window; centred and left-aligned items are all that there are.
@@ -96,8 +91,7 @@ private slots:
 
 private:
     QList<QQuickItem*> visibleTexts();
-    QQuickItem* named(const QString& objectName);
-    bool shows(const QString& text);
+    bool shows(const QString& text) const { return showsText(m_window, text); }
     QStringList misfits();
 
     std::unique_ptr<BusFixture> m_bus;
@@ -159,30 +153,12 @@ void tst_languages::everyTextHasRoom_data()
 
 QList<QQuickItem*> tst_languages::visibleTexts()
 {
-    QList<QQuickItem*> texts;
-    for (QQuickItem* item : itemsBelow(m_window->contentItem())) {
-        if (item->inherits("QQuickText") && item->isVisible() &&
-            !item->property("text").toString().isEmpty())
-            texts << item;
-    }
+    QList<QQuickItem*> texts = shownItems(m_window);
+    const auto isNone = [](const QQuickItem* item) {
+        return !item->inherits("QQuickText") || item->property("text").toString().isEmpty();
+    };
+    texts.erase(std::remove_if(texts.begin(), texts.end(), isNone), texts.end());
     return texts;
-}
-
-QQuickItem* tst_languages::named(const QString& objectName)
-{
-    for (QQuickItem* item : itemsBelow(m_window->contentItem())) {
-        if (item->objectName() == objectName && item->isVisible() && item->isEnabled())
-            return item;
-    }
-    return nullptr;
-}
-
-bool tst_languages::shows(const QString& text)
-{
-    const QList<QQuickItem*> texts = visibleTexts();
-    return std::any_of(texts.begin(), texts.end(), [&text](const QQuickItem* item) {
-        return item->property("text").toString() == text;
-    });
 }
 
 // What is cut, reaches out of an item around it, or lies on another text.
@@ -240,15 +216,18 @@ void tst_languages::everyTextHasRoom()
         QVERIFY2(waitFor([&] { return shows(words("DeviceInfoContents", text)); }, 10000), text);
     QTRY_COMPARE(misfits().join("; "), QString());
 
-    QQuickItem* button = named("updateButton");
-    QVERIFY(button && QMetaObject::invokeMethod(button, "clicked"));
-    QVERIFY(waitFor([&] { return named("progressBar") != nullptr; }));
+    const QList<QQuickItem*> buttons = shownItems(m_window, "updateButton");
+    const auto resume = std::find_if(buttons.begin(), buttons.end(), [&](const QQuickItem* item) {
+        return item->property("text").toString() == words("DeviceInfoContents", "Resume Update");
+    });
+    QVERIFY(resume != buttons.end() && QMetaObject::invokeMethod(*resume, "clicked"));
+    QVERIFY(waitFor([&] { return shownItem(m_window, "progressBar") != nullptr; }));
     for (const Message& message : messagesOf(tsFile)) {
         if (message.context != "FirmwareUpdateState" && !message.context.endsWith("DFUDownloadJob"))
             continue;
         const QString text =
             translated(message).replace("%1", "control write error: LIBUSB_ERROR_NO_DEVICE");
-        QVERIFY(named("progressBar")->setProperty("progressBarText", text));
+        QVERIFY(shownItem(m_window, "progressBar")->setProperty("progressBarText", text));
         QVERIFY(shows(text));
         QTRY_COMPARE(misfits().join("; "), QString());
     }
