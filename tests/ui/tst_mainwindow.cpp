@@ -51,7 +51,7 @@ void tst_mainwindow::searchingUntilAUnitComes()
     // Ordered by name: the curing unit first, which needs nothing.
     QVERIFY(waitFor([&] {
         const QList<QQuickItem*> buttons = visible("updateButton");
-        return !buttons.at(0)->isEnabled() && buttons.at(1)->isEnabled();
+        return buttons.size() == 2 && !buttons.at(0)->isEnabled() && buttons.at(1)->isEnabled();
     }));
     m_bus->unplugAll();
     QVERIFY(waitFor([&] { return shows(searching); }, 10000));
