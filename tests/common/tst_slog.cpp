@@ -346,6 +346,7 @@ private slots:
                 QCOMPARE(message["properties"]["index"].toInt(),
                          next[message["event"].toString()]++);
         }
+        QCOMPARE(next.values(), QList<int>({each, each, each, each}));
     }
 
     // Plain threads: ThreadSanitizer passes over what the framework's own threads call.
