@@ -1,4 +1,4 @@
-#include "MemoryLayout.h"
+#include "dfu/DfuSeLayout.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,11 +1,11 @@
 // The wall time of a whole download against its floor: 50 ms for each status read that waits, with
 // a unit that does each piece of work within one such pause. Needs the virtual bus preloaded:
 // tests/support/on-virtual-bus bench_flash
-#include "DFUDownloadJob.h"
-#include "FirmwareImage.h"
-#include "PFlibusb.h"
-#include "Unit.h"
-#include "VirtualBus.h"
+#include "USB/PFlibusb.h"
+#include "umockdev/VirtualBus.h"
+#include "unit/FirmwareImage.h"
+#include "unit/Unit.h"
+#include "update/DFUDownloadJob.h"
 
 #include <QCoreApplication>
 #include <QThread>

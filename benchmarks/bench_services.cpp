@@ -1,8 +1,8 @@
-#include "FileDestination.h"
-#include "FirmwareBundle.h"
-#include "Log.h"
-#include "LoggerRegistry.h"
-#include "SimpleCipher.h"
+#include "Common/SimpleCipher.h"
+#include "firmware/FirmwareBundle.h"
+#include "qslog/FileDestination.h"
+#include "qslog/Log.h"
+#include "qslog/LoggerRegistry.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "AnsiColours.h"
+#include "qslog/AnsiColours.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
-#include "DebugOutputDestination.h"
+#include "qslog/DebugOutputDestination.h"
 
-#include "AnsiColours.h"
-#include "DebugOutput.h"
+#include "qslog/AnsiColours.h"
+#include "qslog/DebugOutput.h"
 
 namespace QsLogging {
 

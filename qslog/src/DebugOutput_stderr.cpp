@@ -1,4 +1,4 @@
-#include "DebugOutput.h"
+#include "qslog/DebugOutput.h"
 
 #include <csignal>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "Destination.h"
+#include "qslog/Destination.h"
 
 namespace QsLogging {
 

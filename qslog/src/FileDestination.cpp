@@ -1,6 +1,6 @@
-#include "FileDestination.h"
+#include "qslog/FileDestination.h"
 
-#include "AnsiColours.h"
+#include "qslog/AnsiColours.h"
 
 #include <QFileInfo>
 

@@ -1,4 +1,4 @@
-#include "Level.h"
+#include "qslog/Level.h"
 
 namespace QsLogging {
 

@@ -1,6 +1,6 @@
-#include "Log.h"
+#include "qslog/Log.h"
 
-#include "LoggerRegistry.h"
+#include "qslog/LoggerRegistry.h"
 
 namespace QsLogging {
 

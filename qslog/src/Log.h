@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Logger.h"
-#include "MessageBuilder.h"
+#include "qslog/Logger.h"
+#include "qslog/MessageBuilder.h"
 
 /// The logging call: `QLOG_INFO() << "Schema Version:" << version;` writes one line through the
 /// logger named after the source file. A suppressed call builds nothing and does not evaluate its

@@ -1,4 +1,4 @@
-#include "Logger.h"
+#include "qslog/Logger.h"
 
 #include <algorithm>
 

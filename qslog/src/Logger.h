@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Destination.h"
+#include "qslog/Destination.h"
 
 #include <atomic>
 #include <mutex>

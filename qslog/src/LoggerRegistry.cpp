@@ -1,4 +1,4 @@
-#include "LoggerRegistry.h"
+#include "qslog/LoggerRegistry.h"
 
 #include <map>
 #include <mutex>

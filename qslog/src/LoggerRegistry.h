@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Logger.h"
+#include "qslog/Logger.h"
 
 #include <QString>
 

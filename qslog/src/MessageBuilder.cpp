@@ -1,6 +1,6 @@
-#include "MessageBuilder.h"
+#include "qslog/MessageBuilder.h"
 
-#include "LoggerRegistry.h"
+#include "qslog/LoggerRegistry.h"
 
 #include <QDateTime>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Level.h"
+#include "qslog/Level.h"
 
 #include <QDebug>
 #include <QString>

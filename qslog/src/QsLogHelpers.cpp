@@ -1,7 +1,7 @@
-#include "QsLogHelpers.h"
+#include "qslog/QsLogHelpers.h"
 
-#include "LoggerRegistry.h"
-#include "MessageBuilder.h"
+#include "qslog/LoggerRegistry.h"
+#include "qslog/MessageBuilder.h"
 
 #include <QDir>
 #include <QQmlEngine>

@@ -1,4 +1,4 @@
-#include "DeviceNode.h"
+#include "umockdev/DeviceNode.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -48,7 +48,7 @@ DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const 
     : m_unit(std::move(unit))
     , m_scheduler(std::move(scheduler))
     , m_onDeparture(std::move(onDeparture))
-    , m_gate(fifo)
+    , m_pollFifo(fifo)
 {
 }
 
@@ -298,8 +298,8 @@ void DeviceNode::clientVanished(const void* client)
 
 void DeviceNode::updateGate()
 {
-    m_gate.set(std::any_of(m_urbs.begin(), m_urbs.end(),
-                           [](const auto& urb) { return urb->isFinished(); }));
+    m_pollFifo.set(std::any_of(m_urbs.begin(), m_urbs.end(),
+                               [](const auto& urb) { return urb->isFinished(); }));
 }
 
 } // namespace VirtualUnit

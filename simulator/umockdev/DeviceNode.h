@@ -1,8 +1,8 @@
 #pragma once
 
-#include "BusHost.h"
-#include "Gate.h"
-#include "Urb.h"
+#include "bus/BusHost.h"
+#include "umockdev/PollFifo.h"
+#include "umockdev/Urb.h"
 
 #include <list>
 
@@ -17,7 +17,7 @@ class DeviceNode : public std::enable_shared_from_this<DeviceNode>
 public:
     using OnDeparture = BusHost::OnDeparture;
 
-    /// \a onDeparture is called, with the delay of the answer, when the unit says that it leaves;
+    /// @p onDeparture is called, with the delay of the answer, when the unit says that it leaves;
     /// it must not call the node.
     DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const std::string& fifo,
                OnDeparture onDeparture);
@@ -50,7 +50,7 @@ private:
     const std::shared_ptr<Scheduler> m_scheduler;
     std::mutex m_mutex;
     OnDeparture m_onDeparture;
-    Gate m_gate;
+    PollFifo m_pollFifo;
     std::list<std::shared_ptr<Urb>> m_urbs; ///< in order of submission
     const void* m_owner = nullptr;          ///< the client that claimed interface 0
     bool m_gone = false;

@@ -1,4 +1,4 @@
-#include "IoctlServer.h"
+#include "umockdev/IoctlServer.h"
 
 namespace VirtualUnit {
 

@@ -1,4 +1,4 @@
-#include "Testbed.h"
+#include "umockdev/Testbed.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "BusHost.h"
-#include "IoctlServer.h"
+#include "bus/BusHost.h"
+#include "umockdev/IoctlServer.h"
 
 #include <map>
 

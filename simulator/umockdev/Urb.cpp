@@ -1,4 +1,4 @@
-#include "Urb.h"
+#include "umockdev/Urb.h"
 
 #include <algorithm>
 #include <cerrno>

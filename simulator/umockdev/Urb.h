@@ -1,8 +1,8 @@
 #pragma once
 
-#include "GObjectPtr.h"
+#include "umockdev/GObjectPtr.h"
 
-#include "Answer.h"
+#include "unit/Answer.h"
 
 #include <array>
 #include <umockdev.h>
@@ -15,7 +15,7 @@ namespace VirtualUnit {
 class Urb
 {
 public:
-    /// Takes the URB from the client's SUBMITURB. Gives errno, and leaves \a urb empty, when the
+    /// Takes the URB from the client's SUBMITURB. Gives errno, and leaves @p urb empty, when the
     /// kernel would refuse it.
     static int fetch(UMockdevIoctlClient* client, std::shared_ptr<Urb>& urb);
 

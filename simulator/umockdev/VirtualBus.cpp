@@ -1,6 +1,6 @@
-#include "VirtualBus.h"
+#include "umockdev/VirtualBus.h"
 
-#include "Testbed.h"
+#include "umockdev/Testbed.h"
 
 #include <cstdlib>
 #include <stdexcept>

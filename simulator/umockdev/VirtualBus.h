@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Bus.h"
+#include "bus/Bus.h"
 
 namespace VirtualUnit {
 

@@ -1,4 +1,4 @@
-#include "KernelHost.h"
+#include "usbip/KernelHost.h"
 
 #include <algorithm>
 #include <array>

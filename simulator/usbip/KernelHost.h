@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UsbipConnection.h"
+#include "usbip/UsbipConnection.h"
 
 #include <map>
 #include <string>

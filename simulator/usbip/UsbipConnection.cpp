@@ -1,4 +1,4 @@
-#include "UsbipConnection.h"
+#include "usbip/UsbipConnection.h"
 
 #include <cerrno>
 #include <iostream>

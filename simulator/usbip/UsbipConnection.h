@@ -1,7 +1,7 @@
 #pragma once
 
-#include "BusHost.h"
-#include "UsbipMessage.h"
+#include "bus/BusHost.h"
+#include "usbip/UsbipMessage.h"
 
 #include <set>
 #include <thread>
@@ -15,7 +15,7 @@ namespace VirtualUnit {
 class UsbipConnection
 {
 public:
-    /// Takes over \a socket, a connected stream socket. For the rest see BusHost::add.
+    /// Takes over @p socket, a connected stream socket. For the rest see BusHost::add.
     UsbipConnection(int socket, P_Unit unit, std::shared_ptr<Scheduler> scheduler,
                     BusHost::OnDeparture onDeparture);
     UsbipConnection(const UsbipConnection&) = delete;

@@ -1,4 +1,4 @@
-#include "UsbipMessage.h"
+#include "usbip/UsbipMessage.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SetupPacket.h"
+#include "unit/SetupPacket.h"
 
 namespace VirtualUnit {
 
@@ -33,8 +33,8 @@ struct Request
 
 Request decode(const Header& header);
 
-/// The end of a transfer: \a status is 0 or a negative errno. For IN the data are \a data and
-/// \a moved is their length; for OUT \a data is empty and \a moved tells what was taken.
+/// The end of a transfer: @p status is 0 or a negative errno. For IN the data are @p data and
+/// @p moved is their length; for OUT @p data is empty and @p moved tells what was taken.
 Bytes submitReply(std::uint32_t sequence, int status, std::size_t moved, const Bytes& data);
 
 /// The answer to Unlink: -ECONNRESET when the request was still pending, 0 when it had ended.

@@ -1,6 +1,6 @@
 #include "Envelope.h"
 
-#include "SimpleCipher.h"
+#include "Common/SimpleCipher.h"
 
 #include <QCryptographicHash>
 

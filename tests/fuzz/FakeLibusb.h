@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LibUsbDevice.h"
-#include "SetupPacket.h"
+#include "USB/LibUsbDevice.h"
+#include "unit/SetupPacket.h"
 
 #include <string>
 

@@ -1,8 +1,8 @@
 #include "FakeLogging.h"
 
-#include "DebugOutput.h"
-#include "FileDestination.h"
-#include "LoggerRegistry.h"
+#include "qslog/DebugOutput.h"
+#include "qslog/FileDestination.h"
+#include "qslog/LoggerRegistry.h"
 
 namespace Fuzz {
 

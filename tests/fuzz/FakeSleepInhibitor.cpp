@@ -1,5 +1,5 @@
 // In the place of the product's: a fuzzed update asks nothing of the machine that it runs on.
-#include "SleepInhibitor.h"
+#include "update/SleepInhibitor.h"
 
 namespace AquenSolvar {
 

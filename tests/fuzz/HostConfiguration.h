@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SetupPacket.h"
+#include "unit/SetupPacket.h"
 
 #include <libusb.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Application.h"
-#include "Bootloader.h"
 #include "ByteReader.h"
 #include "FakeLibusb.h"
-#include "StandardRequests.h"
+#include "unit/Application.h"
+#include "unit/Bootloader.h"
+#include "unit/StandardRequests.h"
 
 #include <functional>
 
@@ -83,7 +83,7 @@ private:
     VirtualUnit::Bootloader m_bootloader{m_flash};
     VirtualUnit::StandardRequests m_standard;
     VirtualUnit::Identity m_identity;
-    VirtualUnit::Knobs m_knobs;
+    VirtualUnit::Overrides m_knobs;
     VirtualUnit::Clock::time_point m_now;
     std::vector<Written> m_written;
     int m_callsLeft = 600;

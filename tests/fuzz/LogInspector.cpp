@@ -1,7 +1,7 @@
 #include "LogInspector.h"
 
 #include "Harness.h"
-#include "LoggerRegistry.h"
+#include "qslog/LoggerRegistry.h"
 
 namespace Fuzz {
 

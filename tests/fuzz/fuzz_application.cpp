@@ -1,10 +1,10 @@
 // The answers of a unit's application firmware to the requests that load it.
-#include "AquenSolvarDevice.h"
 #include "ByteReader.h"
 #include "FakeLibusb.h"
 #include "Harness.h"
 #include "LogInspector.h"
-#include "Protocol.h"
+#include "devices/AquenSolvarDevice.h"
+#include "unit/Protocol.h"
 
 #include <algorithm>
 #include <cstdlib>

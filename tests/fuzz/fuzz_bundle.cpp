@@ -1,7 +1,7 @@
 // Firmware bundles: the input as a bundle file, and the input as what a sound bundle carries.
 #include "Envelope.h"
-#include "FirmwareBundle.h"
 #include "Harness.h"
+#include "firmware/FirmwareBundle.h"
 
 #include <QDataStream>
 

@@ -1,8 +1,8 @@
 // Cipher envelopes: the input as an envelope, as the payload of a sound one, and as plain bytes.
-#include "BoundedUncompress.h"
+#include "Common/BoundedUncompress.h"
+#include "Common/SimpleCipher.h"
 #include "Envelope.h"
 #include "Harness.h"
-#include "SimpleCipher.h"
 
 using Common::SimpleCipher;
 using Fuzz::require;

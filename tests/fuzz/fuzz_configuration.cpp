@@ -1,10 +1,10 @@
 // The configuration of a unit in its bootloader: as the system parsed it and as the unit sends it.
 #include "ByteReader.h"
-#include "DfuDevice.h"
 #include "FakeLibusb.h"
 #include "Harness.h"
-#include "Protocol.h"
-#include "USBException.h"
+#include "USB/USBException.h"
+#include "dfu/DfuDevice.h"
+#include "unit/Protocol.h"
 
 using namespace AquenSolvar::Device;
 using namespace Fuzz;

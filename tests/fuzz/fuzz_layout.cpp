@@ -1,7 +1,7 @@
 // Memory layouts that a bootloader publishes in its interface string.
 #include "Harness.h"
 #include "LogInspector.h"
-#include "MemoryLayout.h"
+#include "dfu/DfuSeLayout.h"
 
 using namespace AquenSolvar::Device;
 using Fuzz::require;

@@ -1,8 +1,8 @@
 // Logging.ini: the text alone, and what it makes of the loggers.
+#include "Common/Logging/IniDocument.h"
+#include "Common/Logging/LoggingConfiguration.h"
 #include "FakeLogging.h"
 #include "Harness.h"
-#include "IniDocument.h"
-#include "LoggingConfiguration.h"
 
 #include <QDir>
 #include <QTemporaryFile>

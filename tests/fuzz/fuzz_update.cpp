@@ -1,11 +1,11 @@
 // A whole update of a hostile unit: the running unit is loaded and sent to its bootloader, that is
 // opened, and a small image is written.
-#include "AquenSolvarDevice.h"
-#include "DFUDownloadJob.h"
-#include "FirmwareImage.h"
 #include "Harness.h"
 #include "HostileUnit.h"
-#include "USBException.h"
+#include "USB/USBException.h"
+#include "devices/AquenSolvarDevice.h"
+#include "unit/FirmwareImage.h"
+#include "update/DFUDownloadJob.h"
 
 #include <QCoreApplication>
 
@@ -26,7 +26,7 @@ const QByteArray& image()
 }
 
 // What a job said, collected on its thread and read when that has ended.
-struct Heard
+struct JobRecorder
 {
     QStringList errors;
     QVector<float> progress;
@@ -123,7 +123,7 @@ private:
     bool m_endArrived = false;
 };
 
-void checkOutcome(const Heard& heard, const HostileUnit& unit, bool complete)
+void checkOutcome(const JobRecorder& heard, const HostileUnit& unit, bool complete)
 {
     const int errors = heard.errors.size();
     require(heard.finished <= 1 && errors <= 2, "a job ends once");
@@ -174,7 +174,7 @@ QSharedPointer<DfuDevice> openBootloader(const FakeBus& bus)
 void flash(const QSharedPointer<DfuDevice>& device, HostileUnit& unit)
 {
     const std::size_t before = unit.written().size();
-    Heard heard;
+    JobRecorder heard;
     const QSharedPointer<DFUDownloadJob> job(new DFUDownloadJob(image(), device, maxFirmwareSize),
                                              &DFUDownloadJob::release);
     const auto here = Qt::DirectConnection;

@@ -1,12 +1,12 @@
 // Writes the first seeds of each corpus, out of what the product's own tool and the model of a unit
 // make: make_seeds DIRECTORY. Files that are there stay as they are.
-#include "Descriptors.h"
+#include "Common/SimpleCipher.h"
 #include "Envelope.h"
-#include "FirmwareBundle.h"
-#include "FirmwareImage.h"
-#include "Flash.h"
 #include "HostileUnit.h"
-#include "SimpleCipher.h"
+#include "firmware/FirmwareBundle.h"
+#include "unit/Descriptors.h"
+#include "unit/FirmwareImage.h"
+#include "unit/Flash.h"
 
 #include <QDir>
 #include <QFile>
@@ -93,15 +93,15 @@ void addDescriptors(Corpora& corpora)
     corpora.add("layout", "past-the-addresses", "@A/0xFFFFF800/2*2Kg,1*1Bg");
     corpora.add("layout", "overlong-numbers", "@A/0x8000000/99999999999999999999*99999999999Mg");
 
-    VirtualUnit::Knobs knobs;
-    const auto configuration = [&knobs](Kind kind, Mode mode) {
-        return toByteArray(VirtualUnit::Descriptors::configuration({kind, mode, ""}, knobs));
+    VirtualUnit::Overrides overrides;
+    const auto configuration = [&overrides](Kind kind, Mode mode) {
+        return toByteArray(VirtualUnit::Descriptors::configuration({kind, mode, ""}, overrides));
     };
     const QByteArray bootloader = configuration(Kind::Aquen, Mode::Bootloader);
     corpora.add("configuration", "bootloader", bootloader);
     corpora.add("configuration", "application", configuration(Kind::Solvar, Mode::Application));
     corpora.add("configuration", "cut", bootloader.left(20));
-    knobs.transferSize = 0xFF80;
+    overrides.transferSize = 0xFF80;
     corpora.add("configuration", "widened-size", configuration(Kind::Solvar, Mode::Bootloader));
     const QByteArray setting = bootloader.mid(9, 9);
     QByteArray two = bootloader.left(18) + setting + hex("07058102400000") + bootloader.mid(18);

@@ -1,6 +1,6 @@
-#include "BusFixture.h"
+#include "support/BusFixture.h"
 
-#include "PFlibusb.h"
+#include "USB/PFlibusb.h"
 
 #include <QThread>
 
@@ -16,11 +16,11 @@ BusFixture::BusFixture()
 P_Unit BusFixture::plug(const UnitSetup& setup)
 {
     const auto unit = std::make_shared<Unit>(setup);
-    unit->adjust([](Knobs& knobs) {
-        knobs.eraseTime = milliseconds(0);
-        knobs.programTime = milliseconds(0);
-        knobs.leaveDelay = milliseconds(10);
-        knobs.returnDelay = milliseconds(200);
+    unit->adjust([](Overrides& overrides) {
+        overrides.eraseTime = milliseconds(0);
+        overrides.programTime = milliseconds(0);
+        overrides.leaveDelay = milliseconds(10);
+        overrides.returnDelay = milliseconds(200);
     });
     m_units.push_back(unit);
     m_bus.plug(unit);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "LibUsbDevice.h"
-#include "Unit.h"
-#include "VirtualBus.h"
+#include "USB/LibUsbDevice.h"
+#include "umockdev/VirtualBus.h"
+#include "unit/Unit.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

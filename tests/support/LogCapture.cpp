@@ -1,7 +1,7 @@
-#include "LogCapture.h"
+#include "support/LogCapture.h"
 
-#include "AnsiColours.h"
-#include "LoggerRegistry.h"
+#include "qslog/AnsiColours.h"
+#include "qslog/LoggerRegistry.h"
 
 #include <QRegularExpression>
 

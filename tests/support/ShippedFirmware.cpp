@@ -1,7 +1,7 @@
-#include "ShippedFirmware.h"
+#include "support/ShippedFirmware.h"
 
-#include "FirmwareBundle.h"
-#include "Paths.h"
+#include "Common/Paths.h"
+#include "firmware/FirmwareBundle.h"
 
 #include <QDir>
 #include <QSaveFile>

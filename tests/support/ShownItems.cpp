@@ -1,4 +1,4 @@
-#include "ShownItems.h"
+#include "support/ShownItems.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>

@@ -1,4 +1,4 @@
-#include "TempFiles.h"
+#include "support/TempFiles.h"
 
 #include <QDir>
 #include <QFile>

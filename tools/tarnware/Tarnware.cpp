@@ -1,6 +1,6 @@
-#include "Tarnware.h"
+#include "tarnware/Tarnware.h"
 
-#include "FirmwareBundle.h"
+#include "firmware/FirmwareBundle.h"
 
 #include <QCryptographicHash>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "Tarnware.h"
+#include "tarnware/Tarnware.h"
 
 #include <QCoreApplication>
 

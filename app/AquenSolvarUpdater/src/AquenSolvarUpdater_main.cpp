@@ -1,12 +1,12 @@
-#include "BuildVersion.h"
-#include "DebugOutput.h"
-#include "DetachedJob.h"
-#include "InstanceGuard.h"
-#include "Log.h"
-#include "LoggingStartup.h"
-#include "Paths.h"
-#include "Translation.h"
-#include "UserInterface.h"
+#include "Common/BuildVersion.h"
+#include "Common/Logging/LoggingStartup.h"
+#include "Common/Paths.h"
+#include "qslog/DebugOutput.h"
+#include "qslog/Log.h"
+#include "shell/InstanceGuard.h"
+#include "shell/Translation.h"
+#include "shell/UserInterface.h"
+#include "update/DetachedJob.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

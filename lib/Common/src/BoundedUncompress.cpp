@@ -1,4 +1,4 @@
-#include "BoundedUncompress.h"
+#include "Common/BoundedUncompress.h"
 
 #include <QtEndian>
 

@@ -1,7 +1,7 @@
-#include "BuildOS.h"
+#include "Common/BuildOS.h"
 
 #include "BuildFacts.h"
-#include "OSInformation.h"
+#include "Common/Logging/OSInformation.h"
 
 namespace Common {
 

@@ -1,4 +1,4 @@
-#include "BuildType.h"
+#include "Common/BuildType.h"
 
 #include "BuildFacts.h"
 

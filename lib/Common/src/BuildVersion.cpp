@@ -1,4 +1,4 @@
-#include "BuildVersion.h"
+#include "Common/BuildVersion.h"
 
 #include "BuildFacts.h"
 

@@ -1,4 +1,4 @@
-#include "CppToQml.h"
+#include "Common/CppToQml.h"
 
 namespace Common {
 

@@ -1,4 +1,4 @@
-#include "FileIO.h"
+#include "Common/FileIO.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SimpleCipher.h"
+#include "Common/SimpleCipher.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
-#include "FontHelper.h"
+#include "Common/FontHelper.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
 #include <QFontDatabase>
 

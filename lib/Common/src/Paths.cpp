@@ -1,4 +1,4 @@
-#include "Paths.h"
+#include "Common/Paths.h"
 
 #include "BuildFacts.h"
 

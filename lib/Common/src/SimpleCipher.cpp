@@ -1,6 +1,6 @@
-#include "SimpleCipher.h"
+#include "Common/SimpleCipher.h"
 
-#include "BoundedUncompress.h"
+#include "Common/BoundedUncompress.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>

@@ -1,9 +1,8 @@
-#include "TemporaryDirWrapper.h"
+#include "Common/TemporaryDirWrapper.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
-namespace Common {
-namespace File {
+namespace Common::File {
 
 TemporaryDirWrapper::TemporaryDirWrapper(QObject* parent)
     : QObject(parent)
@@ -28,5 +27,4 @@ QString TemporaryDirWrapper::path() const
     return m_directory.path();
 }
 
-} // namespace File
-} // namespace Common
+} // namespace Common::File

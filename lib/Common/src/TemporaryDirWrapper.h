@@ -3,8 +3,7 @@
 #include <QObject>
 #include <QTemporaryDir>
 
-namespace Common {
-namespace File {
+namespace Common::File {
 
 /// A temporary directory that lives as long as a QML object (creatable type TemporaryDirWrapper).
 /// It is made in the system's temporary location together with the object, readable by its owner
@@ -33,5 +32,4 @@ private:
     QTemporaryDir m_directory;
 };
 
-} // namespace File
-} // namespace Common
+} // namespace Common::File

@@ -1,4 +1,4 @@
-#include "ControlTransfer.h"
+#include "USB/ControlTransfer.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "LibUsbDevice.h"
+#include "USB/LibUsbDevice.h"
 
 #include <QStringList>
 

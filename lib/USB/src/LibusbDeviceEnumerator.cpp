@@ -1,10 +1,10 @@
-#include "LibusbDeviceEnumerator.h"
+#include "USB/LibusbDeviceEnumerator.h"
 
-#include "I_USBNotifier.h"
-#include "Log.h"
-#include "PFlibusb.h"
-#include "USBException.h"
-#include "USBNotifierFactory.h"
+#include "USB/I_USBNotifier.h"
+#include "USB/PFlibusb.h"
+#include "USB/USBException.h"
+#include "USB/USBNotifierFactory.h"
+#include "qslog/Log.h"
 
 #include <QCoreApplication>
 #include <QException>

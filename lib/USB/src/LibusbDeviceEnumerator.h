@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibusbDeviceEnumeratorListener.h"
+#include "USB/LibusbDeviceEnumeratorListener.h"
 
 #include <QFutureWatcher>
 #include <QObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LibUsbDevice.h"
+#include "USB/LibUsbDevice.h"
 
 namespace USB {
 

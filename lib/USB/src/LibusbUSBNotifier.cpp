@@ -1,6 +1,6 @@
-#include "LibusbUSBNotifier.h"
+#include "USB/LibusbUSBNotifier.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
 namespace USB {
 

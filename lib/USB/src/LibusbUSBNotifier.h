@@ -1,6 +1,6 @@
 #pragma once
 
-#include "I_USBNotifier.h"
+#include "USB/I_USBNotifier.h"
 
 #include <QTimer>
 

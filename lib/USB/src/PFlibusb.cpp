@@ -1,7 +1,7 @@
-#include "PFlibusb.h"
+#include "USB/PFlibusb.h"
 
-#include "Log.h"
-#include "USBException.h"
+#include "USB/USBException.h"
+#include "qslog/Log.h"
 
 #include <QObject>
 #include <QThread>

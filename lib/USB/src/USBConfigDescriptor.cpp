@@ -1,4 +1,4 @@
-#include "USBConfigDescriptor.h"
+#include "USB/USBConfigDescriptor.h"
 
 namespace USB {
 

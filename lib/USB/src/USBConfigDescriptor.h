@@ -1,6 +1,6 @@
 #pragma once
 
-#include "USBInterface.h"
+#include "USB/USBInterface.h"
 
 #include <QList>
 

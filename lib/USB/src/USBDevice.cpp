@@ -1,8 +1,8 @@
-#include "USBDevice.h"
+#include "USB/USBDevice.h"
 
-#include "ControlTransfer.h"
-#include "Log.h"
-#include "USBException.h"
+#include "USB/ControlTransfer.h"
+#include "USB/USBException.h"
+#include "qslog/Log.h"
 
 #include <QCoreApplication>
 

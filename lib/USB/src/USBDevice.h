@@ -1,7 +1,7 @@
 #pragma once
 
-#include "LibUsbDevice.h"
-#include "USBConfigDescriptor.h"
+#include "USB/LibUsbDevice.h"
+#include "USB/USBConfigDescriptor.h"
 
 #include <QByteArray>
 #include <QThread>

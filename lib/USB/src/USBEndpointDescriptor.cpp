@@ -1,4 +1,4 @@
-#include "USBEndpointDescriptor.h"
+#include "USB/USBEndpointDescriptor.h"
 
 namespace USB {
 

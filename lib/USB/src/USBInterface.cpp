@@ -1,4 +1,4 @@
-#include "USBInterface.h"
+#include "USB/USBInterface.h"
 
 namespace USB {
 

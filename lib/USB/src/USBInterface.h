@@ -1,6 +1,6 @@
 #pragma once
 
-#include "USBInterfaceDescriptor.h"
+#include "USB/USBInterfaceDescriptor.h"
 
 #include <QList>
 

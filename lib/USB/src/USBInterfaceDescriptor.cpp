@@ -1,4 +1,4 @@
-#include "USBInterfaceDescriptor.h"
+#include "USB/USBInterfaceDescriptor.h"
 
 namespace USB {
 

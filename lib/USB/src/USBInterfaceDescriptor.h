@@ -1,6 +1,6 @@
 #pragma once
 
-#include "USBEndpointDescriptor.h"
+#include "USB/USBEndpointDescriptor.h"
 
 #include <QList>
 

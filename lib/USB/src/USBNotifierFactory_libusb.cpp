@@ -1,5 +1,5 @@
-#include "LibusbUSBNotifier.h"
-#include "USBNotifierFactory.h"
+#include "USB/LibusbUSBNotifier.h"
+#include "USB/USBNotifierFactory.h"
 
 namespace USB {
 

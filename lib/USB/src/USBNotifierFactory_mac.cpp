@@ -1,4 +1,4 @@
-#include "USBNotifierFactory.h"
+#include "USB/USBNotifierFactory.h"
 
 namespace USB {
 

@@ -1,5 +1,5 @@
-#include "USBNotifierFactory.h"
-#include "WindowsUSBNotifier.h"
+#include "USB/USBNotifierFactory.h"
+#include "USB/WindowsUSBNotifier.h"
 
 #include <QWindow>
 

@@ -1,4 +1,4 @@
-#include "WindowsDeviceName.h"
+#include "USB/WindowsDeviceName.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
-#include "WindowsUSBNotifier.h"
+#include "USB/WindowsUSBNotifier.h"
 
-#include "Log.h"
-#include "WindowsDeviceName.h"
+#include "USB/WindowsDeviceName.h"
+#include "qslog/Log.h"
 
 #include <QCoreApplication>
 

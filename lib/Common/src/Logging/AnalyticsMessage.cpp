@@ -1,8 +1,8 @@
-#include "AnalyticsMessage.h"
+#include "Common/Logging/AnalyticsMessage.h"
 
-#include "BuildType.h"
-#include "BuildVersion.h"
-#include "OSInformation.h"
+#include "Common/BuildType.h"
+#include "Common/BuildVersion.h"
+#include "Common/Logging/OSInformation.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "AnalyticsPoster.h"
+#include "Common/Logging/AnalyticsPoster.h"
 
 #include <QCoreApplication>
 #include <QIODevice>

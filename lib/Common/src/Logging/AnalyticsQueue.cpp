@@ -1,6 +1,6 @@
-#include "AnalyticsQueue.h"
+#include "Common/Logging/AnalyticsQueue.h"
 
-#include "AnalyticsMessage.h"
+#include "Common/Logging/AnalyticsMessage.h"
 
 namespace Common::Analytics {
 

@@ -1,4 +1,4 @@
-#include "ArchitectureProbe.h"
+#include "Common/Logging/ArchitectureProbe.h"
 
 #include <sys/utsname.h>
 

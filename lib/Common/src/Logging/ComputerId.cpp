@@ -1,6 +1,6 @@
-#include "ComputerId.h"
+#include "Common/Logging/ComputerId.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
 #include <QSettings>
 #include <QUuid>

@@ -1,4 +1,4 @@
-#include "IniDocument.h"
+#include "Common/Logging/IniDocument.h"
 
 #include <QStringList>
 

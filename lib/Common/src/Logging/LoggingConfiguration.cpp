@@ -1,9 +1,9 @@
-#include "LoggingConfiguration.h"
+#include "Common/Logging/LoggingConfiguration.h"
 
-#include "DebugOutputDestination.h"
-#include "FileDestination.h"
-#include "IniDocument.h"
-#include "LoggerRegistry.h"
+#include "Common/Logging/IniDocument.h"
+#include "qslog/DebugOutputDestination.h"
+#include "qslog/FileDestination.h"
+#include "qslog/LoggerRegistry.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
-#include "LoggingStartup.h"
+#include "Common/Logging/LoggingStartup.h"
 
-#include "BuildType.h"
-#include "LoggingConfiguration.h"
-#include "Paths.h"
-#include "SettingsFileWatcher.h"
+#include "Common/BuildType.h"
+#include "Common/Logging/LoggingConfiguration.h"
+#include "Common/Logging/SettingsFileWatcher.h"
+#include "Common/Paths.h"
 
 #include <QCoreApplication>
 #include <QDir>

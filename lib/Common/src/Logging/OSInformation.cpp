@@ -1,6 +1,6 @@
-#include "OSInformation.h"
+#include "Common/Logging/OSInformation.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
 namespace Common {
 

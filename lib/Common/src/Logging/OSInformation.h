@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ArchitectureProbe.h"
+#include "Common/Logging/ArchitectureProbe.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "SLog.h"
+#include "Common/Logging/SLog.h"
 
-#include "Log.h"
+#include "qslog/Log.h"
 
 #include <mutex>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SLogSingleton.h"
+#include "Common/Logging/SLogSingleton.h"
 
 #include <QObject>
 

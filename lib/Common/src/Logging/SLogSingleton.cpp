@@ -1,7 +1,7 @@
-#include "SLogSingleton.h"
+#include "Common/Logging/SLogSingleton.h"
 
 #include "BuildFacts.h"
-#include "ComputerId.h"
+#include "Common/Logging/ComputerId.h"
 
 #include <QUuid>
 

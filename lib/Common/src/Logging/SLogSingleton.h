@@ -1,8 +1,8 @@
 #pragma once
 
-#include "AnalyticsMessage.h"
-#include "AnalyticsPoster.h"
-#include "AnalyticsQueue.h"
+#include "Common/Logging/AnalyticsMessage.h"
+#include "Common/Logging/AnalyticsPoster.h"
+#include "Common/Logging/AnalyticsQueue.h"
 
 #include <QObject>
 #include <QTimer>

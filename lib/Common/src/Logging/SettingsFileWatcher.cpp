@@ -1,4 +1,4 @@
-#include "SettingsFileWatcher.h"
+#include "Common/Logging/SettingsFileWatcher.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>

@@ -1,0 +1,19 @@
+#include "devices/I_Device.h"
+
+#include <QQmlEngine>
+
+namespace AquenSolvar::Device {
+
+I_Device::I_Device(QObject* parent)
+    : QObject(parent)
+{
+    // A pointer that QML gets by calling a function would become the engine's own.
+    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    qRegisterMetaType<P_I_Device>("Device::P_I_Device");
+    qRegisterMetaType<P_I_Device>("AquenSolvar::Device::P_I_Device");
+    qRegisterMetaType<I_Device*>("Device::I_Device*");
+}
+
+I_Device::~I_Device() = default;
+
+} // namespace AquenSolvar::Device

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QMetaType>
+#include <QObject>
+#include <QSharedPointer>
+#include <QString>
+
+namespace AquenSolvar::Device {
+
+/// An attached unit as the rest of the program and the user interface see it, whether it runs its
+/// application firmware or its DFU bootloader. The properties never change during an object's life.
+/// GUI thread. Shared between the watcher and the list model; QML gets plain pointers and never
+/// owns one (the constructor sees to that).
+class I_Device : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(DeviceType deviceType READ deviceType CONSTANT)
+    Q_PROPERTY(QString serialName READ serialName CONSTANT)
+    Q_PROPERTY(bool needsUpdate READ needsUpdate CONSTANT)
+    Q_PROPERTY(bool isDfu READ isDfu CONSTANT)
+
+public:
+    /// QML compares these by number: the values are fixed.
+    enum DeviceType
+    {
+        AQUEN = 0,      ///< washing unit, application firmware running
+        AQUEN_DFU = 1,  ///< washing unit in its bootloader
+        SOLVAR = 2,     ///< curing unit, application firmware running
+        SOLVAR_DFU = 3, ///< curing unit in its bootloader
+        UNKNOWN = 4     ///< no unit of ours; no card shows it as one
+    };
+    Q_ENUM(DeviceType)
+
+    explicit I_Device(QObject* parent = nullptr);
+    ~I_Device() override;
+
+    virtual DeviceType deviceType() const = 0;
+
+    /// The unit's serial name, or a fixed label for a bootloader, which does not report one.
+    virtual QString serialName() const = 0;
+
+    /// The translated heading under which the unit is listed.
+    virtual QString sectionName() const = 0;
+
+    /// The primary sort key of the list: 0 for a unit in its bootloader, 1 for the others.
+    virtual int sortOrder() const = 0;
+
+    /// Whether the unit should be offered a firmware update.
+    virtual bool needsUpdate() const = 0;
+
+    /// Whether the unit runs its bootloader.
+    virtual bool isDfu() const = 0;
+};
+
+using P_I_Device = QSharedPointer<I_Device>;
+
+} // namespace AquenSolvar::Device

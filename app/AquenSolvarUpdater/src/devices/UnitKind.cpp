@@ -1,0 +1,27 @@
+#include "devices/UnitKind.h"
+
+namespace AquenSolvar::Device {
+
+namespace {
+
+constexpr UnitKind unitKinds[] = {
+    {0x0C05, I_Device::AQUEN_DFU, true, "Aquen (DFU)", "Aquen (DFU) detected...",
+     "Aquen (DFU) removed...", "Aquen (Update)", "aquen-v*.tarnware"},
+    {0x0C06, I_Device::SOLVAR_DFU, true, "Solvar (DFU)", "Solvar (DFU) detected...",
+     "Solvar (DFU) removed...", "Solvar (Update)", "solvar-v*.tarnware"},
+    {0x0C07, I_Device::AQUEN, false, "Aquen", "Aquen detected...", "Aquen removed...", "", ""},
+    {0x0C08, I_Device::SOLVAR, false, "Solvar", "Solvar detected...", "Solvar removed...", "", ""},
+};
+
+} // namespace
+
+const UnitKind* unitKindOf(quint16 productId)
+{
+    for (const UnitKind& kind : unitKinds) {
+        if (kind.productId == productId)
+            return &kind;
+    }
+    return nullptr;
+}
+
+} // namespace AquenSolvar::Device

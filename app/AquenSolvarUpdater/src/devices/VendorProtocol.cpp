@@ -1,0 +1,66 @@
+#include "devices/VendorProtocol.h"
+
+#include <QRegularExpression>
+#include <QStringList>
+#include <QtEndian>
+
+namespace AquenSolvar::Device {
+
+namespace {
+
+constexpr int serialNameOffset = 16;
+constexpr int serialNameLength = 32;
+
+} // namespace
+
+qint32 decodeSchemaVersion(const QByteArray& answer)
+{
+    const QByteArray word = answer.leftJustified(4, '\0', true);
+    return qint32(qFromLittleEndian<quint32>(word.constData()));
+}
+
+int configurationPageLength(qint32 schemaVersion)
+{
+    switch (schemaVersion) {
+    case 4:
+        return 64;
+    case 5:
+        return 74;
+    default:
+        return -1;
+    }
+}
+
+QString serialNameInPage(const QByteArray& page)
+{
+    const QByteArray field = page.mid(serialNameOffset, serialNameLength);
+    return QString::fromUtf8(field.constData(),
+                             int(qstrnlen(field.constData(), uint(field.size()))));
+}
+
+QString cleanedFirmwareVersion(const QByteArray& answer)
+{
+    int length = 0;
+    while (length < answer.size() &&
+           ((answer[length] >= '0' && answer[length] <= '9') || answer[length] == '.'))
+        ++length;
+    return QString::fromLatin1(answer.left(length));
+}
+
+bool isOlderThan(const QString& version, const FirmwareVersion& target)
+{
+    static const QRegularExpression dot(QStringLiteral("\\."));
+    const QStringList parts = version.split(dot);
+    if (parts.size() < 3)
+        return true;
+    const int major = parts[0].toInt();
+    const int minor = parts[1].toInt();
+    const int patch = parts[2].toInt();
+    if (major != target.major)
+        return major < target.major;
+    if (minor != target.minor)
+        return minor < target.minor;
+    return patch < target.patch;
+}
+
+} // namespace AquenSolvar::Device

@@ -1,0 +1,16 @@
+# asu_add_folder(NAME SOURCES file… [PUBLIC target…] [PRIVATE target…] [NO_MOC])
+# The library of one source folder, which is the current one. Its headers are included as
+# "NAME/Header.h" by whoever links it and by nobody else: each library has an include directory of
+# its own, and in it one link to the folder. PUBLIC and PRIVATE are what it links.
+function(asu_add_folder name)
+    cmake_parse_arguments(F "NO_MOC" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${name} STATIC ${F_SOURCES})
+    set(view "${CMAKE_BINARY_DIR}/include/${name}")
+    file(MAKE_DIRECTORY "${view}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${view}/${name}" SYMBOLIC)
+    target_include_directories(${name} PUBLIC "${view}")
+    target_link_libraries(${name} PUBLIC ${F_PUBLIC} PRIVATE ${F_PRIVATE} project_options)
+    if(F_NO_MOC)
+        set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTORCC OFF)
+    endif()
+endfunction()
