@@ -39,11 +39,15 @@ private slots:
         QCOMPARE(libusb_release_interface(handles[0], 0), 0);
         QCOMPARE(libusb_claim_interface(handles[1], 0), 0);
 
-        // A late response comes; one that is too late does not disturb the next.
+        // A late response comes; a cancelled request does not disturb the next one.
         unit->addFault(Fault::on("getstatus", Fault::Action::Delay, 60));
         QCOMPARE(status(1, 5000), 6);
-        unit->addFault(Fault::on("getstatus", Fault::Action::Delay, 5000));
+        unit->addFault(Fault::on("getstatus", Fault::Action::Silence));
         QCOMPARE(status(1, 100), int(LIBUSB_ERROR_TIMEOUT));
+        unit->addFault(Fault::on("getstatus", Fault::Action::Delay, 300));
+        QCOMPARE(status(1, 100), int(LIBUSB_ERROR_TIMEOUT));
+        unit->addFault(Fault::on("getstatus", Fault::Action::Stall));
+        QCOMPARE(status(1, 5000), int(LIBUSB_ERROR_PIPE));
         QCOMPARE(status(1, 5000), 6);
 
         // Nothing pending: a client that waits for events sleeps.
@@ -55,7 +59,7 @@ private slots:
         // The unit that comes back has another number; who has the old one open is rid of it.
         const int number = bus->address(unit).device;
         bus->replug(unit, milliseconds(0));
-        QTRY_VERIFY(bus->isPlugged(unit));
+        QVERIFY(bus->waitUntilSettled(milliseconds(5000)) && bus->isPlugged(unit));
         QVERIFY(bus->address(unit).device != number);
         QCOMPARE(status(1, 5000), int(LIBUSB_ERROR_NO_DEVICE));
         bus.reset();

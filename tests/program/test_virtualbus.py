@@ -3,9 +3,9 @@
 import hashlib
 import os
 import pathlib
-import subprocess
 import tempfile
 import unittest
+from subprocess import PIPE, Popen, run
 
 VIRTUALBUS = os.environ["VIRTUALBUS"]
 
@@ -15,18 +15,18 @@ class VirtualBus(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
-        self.report = self.folder / "report"
 
     def start(self, *words):
-        process = subprocess.Popen([VIRTUALBUS, "--report", self.report, *words],
-                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        files = ("--report", self.folder / "report", "--trace", self.folder / "trace")
+        process = Popen([VIRTUALBUS, *files, *words], stdout=PIPE, stderr=PIPE, text=True)
         self.addCleanup(process.kill)
         return process
 
     def finish(self, process):
         output = "".join(process.communicate(timeout=60))
+        report = (self.folder / "report").read_text().splitlines()
         return process.returncode, output, [dict(word.split("=") for word in line.split())
-                                            for line in self.report.read_text().splitlines()]
+                                            for line in report]
 
     def dfu_util(self, *options, unit="aquen-dfu"):
         return self.finish(self.start("--unit", unit, "--", "dfu-util", "-a", "0", *options))
@@ -42,16 +42,15 @@ class VirtualBus(unittest.TestCase):
 
     def test_control_and_signals(self):
         fifo = self.folder / "fifo"
-        process = self.start("--unit", "aquen", "--unit", "aquen:plugged=no", "--control", fifo,
-                             "--trace", self.folder / "trace", "--", "sleep", "300")
+        process = self.start("--unit=aquen", "--unit=aquen:plugged=no", "--unit=solvar:plugged=no",
+                             "--control", fifo, "--", "sleep", "300")
         while not fifo.exists():
             self.assertIsNone(process.poll())
         fifo.write_text("plug aquen#2\nfault aquen stall on=drop\nunplug aquen\nfault aquen boom\n")
         self.assertIn("unknown action: boom", process.stderr.readline())
         process.terminate()
         status, _, units = self.finish(process)
-        self.assertEqual((status, [unit["bus"] for unit in units]), (143, ["no", "yes"]))
-        self.assertFalse(fifo.exists())
+        self.assertEqual((status, [unit["bus"] for unit in units]), (143, ["no", "yes", "no"]))
         process = self.start("--", "tail", "-f", __file__)
         process.stdout.readline()
         process.kill()  # the command, which has the pipes open, ends as well
@@ -66,11 +65,12 @@ class VirtualBus(unittest.TestCase):
 
     def test_dfu_util(self):
         image, copy, junk = (self.folder / name for name in ("image", "copy", "junk"))
-        subprocess.run([VIRTUALBUS, "--make-image", f"1.3.1:20001:{image}"], check=True)
+        run([VIRTUALBUS, "--make-image", f"1.3.1:20001:{image}"], check=True)
         junk.write_bytes(os.urandom(5000))
         for file, facts in ((image, ("application", "1.3.1")), (junk, ("bootloader", "-"))):
             _, _, (unit,) = self.dfu_util("-s", "0x08003800:leave", "-D", file)
             self.assertEqual((unit["mode"], unit["firmware"], unit["bus"]), (*facts, "yes"))
+            self.assertIn("finish      21 01 value=", (self.folder / "trace").read_text())
             self.assertEqual(unit["sha256"], hashlib.sha256(file.read_bytes()).hexdigest())
         unit = "aquen-dfu:firmware=1.2.0"
         self.assertEqual(self.dfu_util("-s", "0x08003800", "-U", copy, unit=unit)[0], 0)

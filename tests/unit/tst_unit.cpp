@@ -97,7 +97,6 @@ private slots:
         row("nothing to clear", "clear", stall, 15, 10);
         row("an error is cleared", "clear clear", ack, 0, 2);
         row("no abort out of an error", "clear abort", stall, 15, 10);
-        row("no detach in a download", "set:08003800 work detach", stall, 15, 10);
         row("block 1 is reserved", "write:1:10", stall, 15, 10);
         row("unknown command", "write:0:1:92", stall, 15, 10);
         row("block over the transfer size", "set:08003800 work write:2:801", stall, 15, 10);
@@ -199,6 +198,7 @@ private slots:
             QCOMPARE(readImage(image).length, std::size_t{0});
             image[at] ^= 0x10;
         }
+        QCOMPARE(readImage(makeImage(64, "1")).length, std::size_t{64});
         image.resize(5000, 0xFF);
         QCOMPARE(readImage(image).length, std::size_t{1000});
     }
