@@ -127,8 +127,9 @@ std::optional<Bootloader::Work> Bootloader::command(const Bytes& data)
     if (data[0] == DfuSe::SetAddress)
         return Work{[this, address] { return setAddress(address); }, milliseconds(0), {}};
     if (data[0] == DfuSe::Erase)
-        return Work{
-            [this, address] { return m_flash.erasePage(address); }, m_overrides.eraseTime, {}};
+        return Work{[this, address] { return m_flash.erasePage(address, m_overrides.pageSize); },
+                    m_overrides.eraseTime,
+                    {}};
     return std::nullopt;
 }
 

@@ -28,12 +28,12 @@ Status Flash::checkWriteable(std::uint32_t address, std::size_t size)
     return address < ApplicationStart ? Status::ErrWrite : Status::Ok;
 }
 
-Status Flash::erasePage(std::uint32_t address)
+Status Flash::erasePage(std::uint32_t address, std::uint32_t pageSize)
 {
     const Status status = checkWriteable(address, 1);
     if (status == Status::Ok) {
-        const std::uint32_t offset = address - Start;
-        std::fill_n(&m_memory[offset - offset % PageSize], PageSize, erased);
+        const std::uint32_t behindStart = (address - ApplicationStart) % pageSize;
+        std::fill_n(&m_memory[address - Start - behindStart], pageSize, erased);
     }
     return status;
 }

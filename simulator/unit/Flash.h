@@ -14,7 +14,6 @@ public:
     static constexpr std::uint32_t Start = 0x08000000;
     static constexpr std::uint32_t ApplicationStart = 0x08003800;
     static constexpr std::uint32_t End = 0x08040000; ///< the first address behind the memory
-    static constexpr std::uint32_t PageSize = 2048;
 
     /// This memory as a DfuSe bootloader publishes it (DfuSe file format, layout string): 'a' is
     /// only readable, 'g' is readable, erasable and writeable.
@@ -22,9 +21,9 @@ public:
 
     Flash();
 
-    /// Erases the page that holds @p address. ErrTarget outside of the memory, ErrWrite for a
-    /// protected page.
-    Dfu::Status erasePage(std::uint32_t address);
+    /// Erases the page of @p pageSize bytes that holds @p address. ErrTarget outside of the memory,
+    /// ErrWrite for a protected page.
+    Dfu::Status erasePage(std::uint32_t address, std::uint32_t pageSize);
     void eraseApplication();
 
     /// Writes all of @p data, or nothing of it: errors as above, and ErrProg where a bit that is

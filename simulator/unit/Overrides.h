@@ -22,6 +22,7 @@ struct Overrides
 
     // Bootloader mode.
     std::uint16_t transferSize = 2048;
+    std::uint32_t pageSize = 2048;      ///< what one erase clears: a divisor of 242 KiB, not 0
     std::string layout = Flash::Layout; ///< the interface string, true or not
 };
 
