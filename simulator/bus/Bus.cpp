@@ -1,253 +1,157 @@
 #include "bus/Bus.h"
 
 #include <algorithm>
-#include <atomic>
-#include <condition_variable>
 #include <iostream>
-#include <mutex>
 #include <stdexcept>
 
 namespace VirtualUnit {
 
-struct Bus::Private
-{
-    /// A unit that was ever plugged in; its port stays its own.
-    struct Slot
-    {
-        P_Unit unit;
-        unsigned port = 0;
-        bool present = false;
-        Address address;
-        unsigned arrivals = 0;
-        unsigned generation = 0; ///< changes with every arrival and removal: outdates plans
-    };
-
-    explicit Private(std::unique_ptr<BusHost> busHost)
-        : host(std::move(busHost))
-    {
-    }
-
-    Slot* find(const P_Unit& unit);
-    Slot& findOrAdd(const P_Unit& unit);
-    void add(Slot& slot);
-    void remove(Slot& slot, Unit::Reason reason);
-    void depart(const P_Unit& unit, unsigned generation, std::optional<milliseconds> returnAfter);
-    void returnLater(const P_Unit& unit, unsigned generation, milliseconds delay);
-    bool waitFor(const P_Unit& unit, bool present, milliseconds timeout);
-    void endTransit();
-    void tell(const P_Unit& unit, Event event) const;
-
-    std::mutex mutex; ///< never taken by the host's threads, which the host may wait for
-    std::condition_variable changed;
-    std::shared_ptr<Scheduler> scheduler = std::make_shared<Scheduler>();
-    std::unique_ptr<BusHost> host;
-    std::vector<std::unique_ptr<Slot>> slots;
-    Observer observer;
-    std::atomic<int> inTransit{0}; ///< departures and returns that are planned
-};
+using Lock = std::lock_guard<std::mutex>;
 
 Bus::Bus(std::unique_ptr<BusHost> host)
-    : d(std::make_unique<Private>(std::move(host)))
+    : m_host(std::move(host))
 {
 }
 
 Bus::~Bus()
 {
-    d->scheduler->stop();
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    for (const auto& slot : d->slots) {
+    m_scheduler.stop();
+    const Lock lock(m_mutex);
+    for (const auto& slot : m_slots) {
         if (slot->present)
-            d->remove(*slot, Unit::Reason::Unplugged);
+            remove(*slot, Unit::Reason::Unplugged);
     }
 }
 
-Bus::Private::Slot* Bus::Private::find(const P_Unit& unit)
+Bus::Slot* Bus::find(const P_Unit& unit) const
 {
-    const auto found = std::find_if(slots.begin(), slots.end(),
+    const auto found = std::find_if(m_slots.begin(), m_slots.end(),
                                     [&unit](const auto& slot) { return slot->unit == unit; });
-    return found == slots.end() ? nullptr : found->get();
+    return found == m_slots.end() ? nullptr : found->get();
 }
 
-Bus::Private::Slot& Bus::Private::findOrAdd(const P_Unit& unit)
+Bus::Slot& Bus::findOrAdd(const P_Unit& unit)
 {
-    Slot* known = find(unit);
-    if (known != nullptr)
+    if (Slot* known = find(unit))
         return *known;
-    if (slots.size() >= host->ports())
+    if (m_slots.size() >= m_host->ports())
         throw std::runtime_error("the virtual bus is full");
-    auto slot = std::make_unique<Slot>();
-    slot->unit = unit;
-    slot->port = static_cast<unsigned>(slots.size()) + 1;
-    slots.push_back(std::move(slot));
-    return *slots.back();
+    m_slots.push_back(std::make_unique<Slot>());
+    m_slots.back()->unit = unit;
+    m_slots.back()->port = static_cast<unsigned>(m_slots.size());
+    return *m_slots.back();
 }
 
-void Bus::Private::add(Slot& slot)
+void Bus::add(Slot& slot)
 {
     const unsigned generation = ++slot.generation;
-    const P_Unit unit = slot.unit;
-    const auto onDeparture = [this, unit, generation](milliseconds delay,
-                                                      const Departure& departure) {
-        ++inTransit;
-        scheduler->after(delay + departure.after, [this, unit, generation, departure] {
-            depart(unit, generation, departure.returnAfter);
-        });
+    const auto onDeparture = [this, &slot, generation](milliseconds delay,
+                                                       const Departure& departure) {
+        later(slot, generation, delay + departure.after,
+              [this, &slot, returnAfter = departure.returnAfter] {
+                  remove(slot, Unit::Reason::Restarted);
+                  if (returnAfter)
+                      returnLater(slot, *returnAfter);
+              });
     };
-    unit->arrive();
-    slot.address = host->add(slot.port, unit, scheduler, onDeparture);
+    slot.unit->arrive();
+    slot.address = m_host->add(slot.port, slot.unit, onDeparture);
     slot.present = true;
-    ++slot.arrivals;
-    changed.notify_all();
+    m_changed.notify_all();
 }
 
-void Bus::Private::remove(Slot& slot, Unit::Reason reason)
+void Bus::remove(Slot& slot, Unit::Reason reason)
 {
     ++slot.generation;
-    host->remove(slot.port);
+    m_host->remove(slot.port);
     slot.present = false;
     slot.address = {};
     slot.unit->leave(reason);
-    changed.notify_all();
+    m_changed.notify_all();
 }
 
-void Bus::Private::depart(const P_Unit& unit, unsigned generation,
-                          std::optional<milliseconds> returnAfter)
+/// Does @p action after @p delay unless the unit comes or goes before that.
+void Bus::later(Slot& slot, unsigned generation, milliseconds delay, std::function<void()> action)
 {
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        Slot* slot = find(unit);
-        if (slot == nullptr || slot->generation != generation) {
-            endTransit();
-            return;
-        }
-        remove(*slot, Unit::Reason::Restarted);
-        if (returnAfter)
-            returnLater(unit, slot->generation, *returnAfter);
-        endTransit();
-    }
-    tell(unit, Event::Left);
-}
-
-void Bus::Private::endTransit()
-{
-    --inTransit;
-    changed.notify_all();
-}
-
-void Bus::Private::returnLater(const P_Unit& unit, unsigned generation, milliseconds delay)
-{
-    ++inTransit;
-    scheduler->after(delay, [this, unit, generation] {
-        {
-            const std::lock_guard<std::mutex> lock(mutex);
-            endTransit();
-            Slot* slot = find(unit);
-            if (slot == nullptr || slot->generation != generation)
-                return;
-            try {
-                add(*slot);
-            } catch (const std::exception& error) {
-                std::cerr << "virtual bus: a unit cannot return: " << error.what() << '\n';
-                return;
-            }
-        }
-        tell(unit, Event::Arrived);
+    ++m_inTransit;
+    m_scheduler.after(delay, [this, &slot, generation, action = std::move(action)] {
+        const Lock lock(m_mutex);
+        if (slot.generation == generation)
+            action();
+        --m_inTransit;
+        m_changed.notify_all();
     });
 }
 
-void Bus::Private::tell(const P_Unit& unit, Event event) const
+void Bus::returnLater(Slot& slot, milliseconds delay)
 {
-    if (observer)
-        observer(unit, event);
+    later(slot, slot.generation, delay, [this, &slot] {
+        try {
+            add(slot);
+        } catch (const std::exception& error) {
+            std::cerr << "virtual bus: a unit cannot return: " << error.what() << '\n';
+        }
+    });
 }
 
-bool Bus::Private::waitFor(const P_Unit& unit, bool present, milliseconds timeout)
+bool Bus::waitFor(milliseconds timeout, const std::function<bool()>& condition) const
 {
-    std::unique_lock<std::mutex> lock(mutex);
-    return changed.wait_for(lock, timeout, [&] {
-        const Slot* slot = find(unit);
-        return (slot != nullptr && slot->present) == present;
-    });
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, condition);
 }
 
 void Bus::plug(const P_Unit& unit)
 {
-    {
-        const std::lock_guard<std::mutex> lock(d->mutex);
-        Private::Slot& slot = d->findOrAdd(unit);
-        if (slot.present)
-            return;
-        d->add(slot);
-    }
-    d->tell(unit, Event::Arrived);
+    const Lock lock(m_mutex);
+    Slot& slot = findOrAdd(unit);
+    if (!slot.present)
+        add(slot);
 }
 
 void Bus::unplug(const P_Unit& unit)
 {
-    {
-        const std::lock_guard<std::mutex> lock(d->mutex);
-        Private::Slot* slot = d->find(unit);
-        if (slot == nullptr)
-            return;
-        if (!slot->present) {
-            ++slot->generation;
-            slot->unit->leave(Unit::Reason::Unplugged);
-            return;
-        }
-        d->remove(*slot, Unit::Reason::Unplugged);
+    const Lock lock(m_mutex);
+    Slot* slot = find(unit);
+    if (slot == nullptr)
+        return;
+    if (slot->present) {
+        remove(*slot, Unit::Reason::Unplugged);
+    } else {
+        ++slot->generation;
+        slot->unit->leave(Unit::Reason::Unplugged);
     }
-    d->tell(unit, Event::Left);
 }
 
 void Bus::replug(const P_Unit& unit, milliseconds away)
 {
     unplug(unit);
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    const Private::Slot& slot = d->findOrAdd(unit);
-    d->returnLater(unit, slot.generation, away);
+    const Lock lock(m_mutex);
+    returnLater(findOrAdd(unit), away);
 }
 
 bool Bus::isPlugged(const P_Unit& unit) const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    const Private::Slot* slot = d->find(unit);
-    return slot != nullptr && slot->present;
-}
-
-bool Bus::waitUntilPlugged(const P_Unit& unit, milliseconds timeout) const
-{
-    return d->waitFor(unit, true, timeout);
+    return !waitUntilUnplugged(unit, milliseconds(0));
 }
 
 bool Bus::waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const
 {
-    return d->waitFor(unit, false, timeout);
+    return waitFor(timeout, [&] {
+        const Slot* slot = find(unit);
+        return slot == nullptr || !slot->present;
+    });
 }
 
 bool Bus::waitUntilSettled(milliseconds timeout) const
 {
-    std::unique_lock<std::mutex> lock(d->mutex);
-    return d->changed.wait_for(lock, timeout, [this] { return d->inTransit == 0; });
-}
-
-unsigned Bus::arrivals(const P_Unit& unit) const
-{
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    const Private::Slot* slot = d->find(unit);
-    return slot == nullptr ? 0 : slot->arrivals;
+    return waitFor(timeout, [this] { return m_inTransit == 0; });
 }
 
 Address Bus::address(const P_Unit& unit) const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    const Private::Slot* slot = d->find(unit);
+    const Lock lock(m_mutex);
+    const Slot* slot = find(unit);
     return slot == nullptr ? Address{} : slot->address;
-}
-
-void Bus::setObserver(Observer observer)
-{
-    const std::lock_guard<std::mutex> lock(d->mutex);
-    d->observer = std::move(observer);
 }
 
 } // namespace VirtualUnit

@@ -1,33 +1,28 @@
 #pragma once
 
 #include "bus/BusHost.h"
+#include "bus/Scheduler.h"
+
+#include <atomic>
 
 namespace VirtualUnit {
 
-/// A USB bus with virtual units on it: which are plugged in, which are on their way. Units that
-/// leave by themselves return by themselves. Where clients see them is its host's business. Any
-/// thread may call it.
+/// A USB bus with virtual units. Units that leave by themselves return by themselves. Where clients
+/// see them is up to its host. Any thread may call it.
 class Bus
 {
 public:
-    enum class Event
-    {
-        Arrived,
-        Left,
-    };
-    using Observer = std::function<void(const P_Unit&, Event)>;
-
     explicit Bus(std::unique_ptr<BusHost> host);
     Bus(const Bus&) = delete;
     Bus& operator=(const Bus&) = delete;
-    /// Takes all units off. Clients that have one open are told that it is gone.
+    /// Takes all units off. Clients that have one open notice that it is gone.
     ~Bus();
 
     /// Puts a unit on the bus; one that is there stays. Throws std::runtime_error when the bus is
     /// full (BusHost::ports) or the machine refuses.
     void plug(const P_Unit& unit);
 
-    /// Takes a unit off as a pulled cable does. One that is away does not return by itself any
+    /// Takes a unit off as a pulled cable does. A unit that is away does not return by itself any
     /// more.
     void unplug(const P_Unit& unit);
 
@@ -36,26 +31,42 @@ public:
 
     bool isPlugged(const P_Unit& unit) const;
 
-    /// Waits until the unit is on the bus (or off it) and tells whether that came in time.
-    bool waitUntilPlugged(const P_Unit& unit, milliseconds timeout) const;
+    /// Waits until the unit is off the bus. False if that took longer than @p timeout.
     bool waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const;
 
-    /// Waits until no unit is about to leave or to return and tells whether that came in time.
+    /// Waits until no unit is about to leave or to return. False if that took longer than
+    /// @p timeout.
     bool waitUntilSettled(milliseconds timeout) const;
-
-    /// How often the unit has come to the bus.
-    unsigned arrivals(const P_Unit& unit) const;
 
     /// The unit's place; zeros while it is off the bus, and where the bus does not know it.
     Address address(const P_Unit& unit) const;
 
-    /// Called after each arrival and each removal, on the thread that caused it, without locks
-    /// held. Set before the first unit is plugged in.
-    void setObserver(Observer observer);
-
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    /// A unit that was ever plugged in; it keeps its port. Slots are never removed.
+    struct Slot
+    {
+        P_Unit unit;
+        unsigned port = 0;
+        bool present = false;
+        Address address;
+        unsigned generation = 0; ///< changes with every arrival and removal: outdates plans
+    };
+
+    // All with the lock held, but for later().
+    Slot* find(const P_Unit& unit) const;
+    Slot& findOrAdd(const P_Unit& unit);
+    void add(Slot& slot);
+    void remove(Slot& slot, Unit::Reason reason);
+    void later(Slot& slot, unsigned generation, milliseconds delay, std::function<void()> action);
+    void returnLater(Slot& slot, milliseconds delay);
+    bool waitFor(milliseconds timeout, const std::function<bool()>& condition) const;
+
+    mutable std::mutex m_mutex; ///< never taken by the host's threads, which the host may wait for
+    mutable std::condition_variable m_changed;
+    std::vector<std::unique_ptr<Slot>> m_slots;
+    std::atomic<int> m_inTransit{0}; ///< departures and returns that are planned
+    std::unique_ptr<BusHost> m_host;
+    Scheduler m_scheduler;
 };
 
 } // namespace VirtualUnit

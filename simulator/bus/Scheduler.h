@@ -1,6 +1,6 @@
 #pragma once
 
-#include "unit/Answer.h"
+#include "unit/Response.h"
 
 #include <condition_variable>
 #include <functional>
@@ -10,7 +10,7 @@
 
 namespace VirtualUnit {
 
-/// Calls functions later, one after the other, on a thread of its own. Any thread may use it.
+/// Runs tasks later, one after the other, on its own thread. Any thread may use it.
 class Scheduler
 {
 public:
@@ -20,12 +20,11 @@ public:
     /// As stop().
     ~Scheduler();
 
-    /// Calls @p task after @p delay; functions of the same moment keep their order. After stop()
-    /// nothing is called any more.
+    /// Calls @p task after @p delay; tasks of the same moment keep their order. Does nothing after
+    /// stop().
     void after(milliseconds delay, std::function<void()> task);
 
-    /// Forgets what is still to be called and waits for a function that runs. Not to be called from
-    /// such a function.
+    /// Drops pending tasks and waits for one that runs. Not to be called from a task.
     void stop();
 
 private:

@@ -12,32 +12,26 @@ namespace {
 
 using Lock = std::lock_guard<std::mutex>;
 
-/// What the ioctl's argument points to.
-template <typename T>
-bool readArgument(UMockdevIoctlClient* client, T& value)
+/// The number that the ioctl's argument begins with: an interface or a configuration. One that no
+/// unit has where it cannot be read.
+unsigned firstNumber(UMockdevIoctlClient* client)
 {
-    UMockdevIoctlData* data =
-        umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0, sizeof(T), nullptr);
-    if (data == nullptr)
-        return false;
-    std::memcpy(&value, data->data, sizeof(T));
-    umockdev_ioctl_data_unref(data);
-    return true;
+    unsigned value = ~0U;
+    if (const P_IoctlData data = resolveArgument(client, sizeof value))
+        std::memcpy(&value, data->data, sizeof value);
+    return value;
 }
 
-int tellCapabilities(UMockdevIoctlClient* client)
+int reportCapabilities(UMockdevIoctlClient* client)
 {
-    const std::uint32_t capabilities = USBDEVFS_CAP_ZERO_PACKET | USBDEVFS_CAP_BULK_CONTINUATION |
-                                       USBDEVFS_CAP_NO_PACKET_SIZE_LIM |
-                                       USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
-    std::array<guint8, sizeof capabilities> bytes{};
-    std::memcpy(bytes.data(), &capabilities, sizeof capabilities);
-    UMockdevIoctlData* data = umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0,
-                                                          bytes.size(), nullptr);
-    if (data == nullptr)
+    std::uint32_t capabilities = USBDEVFS_CAP_ZERO_PACKET | USBDEVFS_CAP_BULK_CONTINUATION |
+                                 USBDEVFS_CAP_NO_PACKET_SIZE_LIM |
+                                 USBDEVFS_CAP_REAP_AFTER_DISCONNECT;
+    const P_IoctlData data = resolveArgument(client, sizeof capabilities);
+    if (!data)
         return EFAULT;
-    umockdev_ioctl_data_update(data, 0, bytes.data(), static_cast<gint>(bytes.size()));
-    umockdev_ioctl_data_unref(data);
+    umockdev_ioctl_data_update(data.get(), 0, reinterpret_cast<guint8*>(&capabilities),
+                               sizeof capabilities);
     return 0;
 }
 
@@ -54,47 +48,43 @@ DeviceNode::DeviceNode(P_Unit unit, std::shared_ptr<Scheduler> scheduler, const 
 
 void DeviceNode::handleIoctl(UMockdevIoctlClient* client)
 {
-    int error = 0;
-    switch (umockdev_ioctl_client_get_request(client)) {
-    case USBDEVFS_REAPURB:
-    case USBDEVFS_REAPURBNDELAY:
-        collect(client);
-        return;
+    const int error = handle(client, umockdev_ioctl_client_get_request(client));
+    umockdev_ioctl_client_complete(client, error == 0 ? 0 : -1, error);
+}
+
+int DeviceNode::handle(UMockdevIoctlClient* client, gulong request)
+{
+    const Lock lock(m_mutex);
+    if (request == USBDEVFS_REAPURB || request == USBDEVFS_REAPURBNDELAY)
+        return reap(client);
+    if (m_gone) // the kernel allows nothing but to reap then
+        return ENODEV;
+    switch (request) {
     case USBDEVFS_SUBMITURB:
-        error = submit(client);
-        break;
+        return submit(client);
     case USBDEVFS_DISCARDURB:
-        error = discard(client);
-        break;
+        return discard(client);
     case USBDEVFS_GET_CAPABILITIES:
-        error = tellCapabilities(client);
-        break;
+        return reportCapabilities(client);
     case USBDEVFS_CLAIMINTERFACE:
     case USBDEVFS_DISCONNECT_CLAIM:
-        error = claim(client);
-        break;
+        return claim(client, firstNumber(client));
     case USBDEVFS_RELEASEINTERFACE:
-        error = release(client);
-        break;
+        return release(client, firstNumber(client));
     case USBDEVFS_SETINTERFACE:
-        error = setInterface(client);
-        break;
+        return setInterface(client);
     case USBDEVFS_SETCONFIGURATION:
-        error = setConfiguration(client);
-        break;
+        return standardRequest(Standard::SetConfiguration, firstNumber(client));
     case USBDEVFS_RESET:
-        error = reset();
-        break;
+        m_unit->busReset();
+        return 0;
     case USBDEVFS_GETDRIVER:
-        error = ENODATA;
-        break; // no kernel driver is bound
+        return ENODATA; // no kernel driver is bound
     case USBDEVFS_CLEAR_HALT:
-        break;
+        return 0;
     default:
-        error = ENOTTY;
-        break;
+        return ENOTTY;
     }
-    umockdev_ioctl_client_complete(client, error == 0 ? 0 : -1, error);
 }
 
 int DeviceNode::submit(UMockdevIoctlClient* client)
@@ -102,111 +92,79 @@ int DeviceNode::submit(UMockdevIoctlClient* client)
     std::shared_ptr<Urb> urb;
     if (const int error = Urb::fetch(client, urb))
         return error;
-    const Lock lock(m_mutex);
-    if (m_gone)
-        return ENODEV;
     if (!mayControl(*urb))
         return EBUSY;
-    Answer answer = ask(urb->setup(), urb->payload());
-    if (answer.delay.count() > 0)
-        finishLater(answer, urb);
+    const Response response = ask(urb->setup(), urb->payload());
+    if (response.delay.count() > 0)
+        completeLater(response, urb);
     else
-        urb->finish(answer);
+        urb->complete(response);
     m_urbs.push_back(std::move(urb));
-    updateGate();
+    updateFifo();
     return 0;
 }
 
 bool DeviceNode::mayControl(const Urb& urb) const
 {
-    // usbfs guards interfaces against requests from others than their owner, vendor requests apart.
+    // usbfs accepts requests to an interface from its owner only, vendor requests excepted.
     const bool toInterface = (urb.setup().bmRequestType & 0x1FU) == 1;
     return !toInterface || urb.setup().isVendor() || m_owner == nullptr || m_owner == urb.client();
 }
 
-Answer DeviceNode::ask(const SetupPacket& setup, const Bytes& data)
+Response DeviceNode::ask(const SetupPacket& setup, const Bytes& data)
 {
-    Answer answer = m_unit->control(setup, data);
-    if (answer.departure && m_onDeparture)
-        m_onDeparture(answer.delay, *answer.departure);
-    return answer;
+    Response response = m_unit->control(setup, data);
+    if (response.departure && m_onDeparture)
+        m_onDeparture(response.delay, *response.departure);
+    return response;
 }
 
-void DeviceNode::finishLater(const Answer& answer, const std::shared_ptr<Urb>& urb)
+void DeviceNode::completeLater(const Response& response, const std::shared_ptr<Urb>& urb)
 {
-    const std::weak_ptr<DeviceNode> weakNode = weak_from_this();
-    const std::weak_ptr<Urb> weakUrb = urb;
-    m_scheduler->after(answer.delay, [weakNode, weakUrb, answer] {
+    const auto complete = [weakNode = weak_from_this(), weakUrb = std::weak_ptr(urb), response] {
         const auto self = weakNode.lock();
         const auto pending = weakUrb.lock();
         if (!self || !pending)
             return;
         const Lock lock(self->m_mutex);
-        if (!pending->isFinished())
-            pending->finish(answer);
-        self->updateGate();
-    });
+        if (!pending->isComplete())
+            pending->complete(response);
+        self->updateFifo();
+    };
+    m_scheduler->after(response.delay, complete);
 }
 
-void DeviceNode::collect(UMockdevIoctlClient* client)
+int DeviceNode::reap(UMockdevIoctlClient* client)
 {
-    std::shared_ptr<Urb> urb;
-    int error = EAGAIN;
-    {
-        const Lock lock(m_mutex);
-        const auto found =
-            std::find_if(m_urbs.begin(), m_urbs.end(), [client](const auto& pending) {
-                return pending->client() == client && pending->isFinished();
-            });
-        if (found != m_urbs.end()) {
-            urb = std::move(*found);
-            m_urbs.erase(found);
-            updateGate();
-        } else if (m_gone) {
-            error = ENODEV;
-        }
-    }
-    if (!urb) {
-        umockdev_ioctl_client_complete(client, -1, error);
-        return;
-    }
+    const auto found = std::find_if(m_urbs.begin(), m_urbs.end(), [client](const auto& known) {
+        return known->client() == client && known->isComplete();
+    });
+    if (found == m_urbs.end())
+        return m_gone ? ENODEV : EAGAIN;
+    const std::shared_ptr<Urb> urb = std::move(*found);
+    m_urbs.erase(found);
+    updateFifo();
     urb->deliver();
-    UMockdevIoctlData* slot = umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0,
-                                                          sizeof(void*), nullptr);
-    if (slot == nullptr || umockdev_ioctl_data_set_ptr(slot, 0, urb->data()) == FALSE)
-        error = EFAULT;
-    else
-        error = 0;
-    if (slot != nullptr)
-        umockdev_ioctl_data_unref(slot);
-    umockdev_ioctl_client_complete(client, error == 0 ? 0 : -1, error);
+    const P_IoctlData slot = resolveArgument(client, sizeof(void*));
+    return slot && umockdev_ioctl_data_set_ptr(slot.get(), 0, urb->data()) != FALSE ? 0 : EFAULT;
 }
 
 int DeviceNode::discard(UMockdevIoctlClient* client)
 {
     unsigned long address = 0;
-    const UMockdevIoctlData* argument = umockdev_ioctl_client_get_arg(client);
-    std::memcpy(&address, argument->data, sizeof address);
-    const Lock lock(m_mutex);
+    std::memcpy(&address, umockdev_ioctl_client_get_arg(client)->data, sizeof address);
     for (const auto& urb : m_urbs) {
-        if (urb->client() == client && urb->address() == address && !urb->isFinished()) {
+        if (urb->client() == client && urb->address() == address && !urb->isComplete()) {
             urb->fail(-ENOENT);
-            updateGate();
+            updateFifo();
             return 0;
         }
     }
     return EINVAL;
 }
 
-int DeviceNode::claim(UMockdevIoctlClient* client)
+int DeviceNode::claim(UMockdevIoctlClient* client, unsigned interface)
 {
-    // The argument of DISCONNECT_CLAIM begins with the interface number as well.
-    unsigned interface = 0;
-    if (!readArgument(client, interface))
-        return EFAULT;
-    const Lock lock(m_mutex);
-    if (m_gone)
-        return ENODEV;
     if (interface != 0)
         return ENOENT;
     if (m_owner != nullptr && m_owner != client)
@@ -215,64 +173,39 @@ int DeviceNode::claim(UMockdevIoctlClient* client)
     return 0;
 }
 
-int DeviceNode::release(UMockdevIoctlClient* client)
+int DeviceNode::release(UMockdevIoctlClient* client, unsigned interface)
 {
-    unsigned interface = 0;
-    if (!readArgument(client, interface))
-        return EFAULT;
-    const Lock lock(m_mutex);
-    if (m_gone)
-        return ENODEV;
     if (interface != 0 || m_owner != client)
         return EINVAL;
     m_owner = nullptr;
     return 0;
 }
 
-int DeviceNode::standardRequest(std::uint8_t request, std::uint16_t value, std::uint16_t index)
+int DeviceNode::setInterface(UMockdevIoctlClient* client)
 {
-    const Lock lock(m_mutex);
-    if (m_gone)
-        return ENODEV;
+    usbdevfs_setinterface argument{};
+    const P_IoctlData data = resolveArgument(client, sizeof argument);
+    if (!data)
+        return EFAULT;
+    std::memcpy(&argument, data->data, sizeof argument);
+    if (argument.interface != 0)
+        return EINVAL;
+    return standardRequest(Standard::SetInterface, argument.altsetting);
+}
+
+int DeviceNode::standardRequest(std::uint8_t request, unsigned value)
+{
+    if (value > (request == Standard::SetConfiguration ? 1 : 0))
+        return EINVAL;
     const std::uint8_t recipient = request == Standard::SetInterface ? 1 : 0;
-    switch (ask({recipient, request, value, index, 0}, {}).kind) {
-    case Answer::Kind::Stall:
+    switch (ask({recipient, request, static_cast<std::uint16_t>(value), 0, 0}, {}).kind) {
+    case Response::Kind::Stall:
         return EPIPE;
-    case Answer::Kind::Silence:
+    case Response::Kind::Silence:
         return ETIMEDOUT;
     default:
         return 0;
     }
-}
-
-int DeviceNode::setInterface(UMockdevIoctlClient* client)
-{
-    usbdevfs_setinterface argument{};
-    if (!readArgument(client, argument))
-        return EFAULT;
-    if (argument.interface != 0 || argument.altsetting != 0)
-        return EINVAL;
-    return standardRequest(Standard::SetInterface, 0, 0);
-}
-
-int DeviceNode::setConfiguration(UMockdevIoctlClient* client)
-{
-    unsigned configuration = 0;
-    if (!readArgument(client, configuration))
-        return EFAULT;
-    if (configuration > 1)
-        return EINVAL;
-    return standardRequest(Standard::SetConfiguration, static_cast<std::uint16_t>(configuration),
-                           0);
-}
-
-int DeviceNode::reset()
-{
-    const Lock lock(m_mutex);
-    if (m_gone)
-        return ENODEV;
-    m_unit->busReset();
-    return 0;
 }
 
 void DeviceNode::shutDown()
@@ -281,10 +214,10 @@ void DeviceNode::shutDown()
     m_gone = true;
     m_onDeparture = nullptr;
     for (const auto& urb : m_urbs) {
-        if (!urb->isFinished())
+        if (!urb->isComplete())
             urb->fail(-ESHUTDOWN);
     }
-    updateGate();
+    updateFifo();
 }
 
 void DeviceNode::clientVanished(const void* client)
@@ -293,13 +226,13 @@ void DeviceNode::clientVanished(const void* client)
     m_urbs.remove_if([client](const auto& urb) { return urb->client() == client; });
     if (m_owner == client)
         m_owner = nullptr;
-    updateGate();
+    updateFifo();
 }
 
-void DeviceNode::updateGate()
+void DeviceNode::updateFifo()
 {
-    m_pollFifo.set(std::any_of(m_urbs.begin(), m_urbs.end(),
-                               [](const auto& urb) { return urb->isFinished(); }));
+    m_pollFifo.setWriteable(std::any_of(m_urbs.begin(), m_urbs.end(),
+                                        [](const auto& urb) { return urb->isComplete(); }));
 }
 
 } // namespace VirtualUnit

@@ -2,6 +2,8 @@
 
 #include <glib-object.h>
 #include <memory>
+#include <stdexcept>
+#include <string>
 
 namespace VirtualUnit {
 
@@ -14,16 +16,14 @@ struct GObjectUnref
 template <typename T>
 using GObjectPtr = std::unique_ptr<T, GObjectUnref>;
 
-struct GErrorFree
+/// Throws std::runtime_error, with @p what and the error's text, unless @p ok. Frees @p error.
+inline void throwUnless(gboolean ok, const std::string& what, GError* error)
 {
-    void operator()(GError* error) const { g_error_free(error); }
-};
-using GErrorPtr = std::unique_ptr<GError, GErrorFree>;
-
-/// The error's text, for a call that may fail without one.
-inline const char* messageOf(const GError* error)
-{
-    return error != nullptr ? error->message : "no reason given";
+    if (ok != FALSE)
+        return;
+    const std::string reason = error != nullptr ? error->message : "no reason given";
+    g_clear_error(&error);
+    throw std::runtime_error(what + ": " + reason);
 }
 
 } // namespace VirtualUnit

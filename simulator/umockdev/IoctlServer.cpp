@@ -7,14 +7,7 @@ namespace {
 struct Served
 {
     std::shared_ptr<DeviceNode> node;
-    std::shared_ptr<ClientCount> clients;
-};
-
-/// What is remembered of a client until it goes.
-struct Watch
-{
-    std::weak_ptr<DeviceNode> node;
-    std::shared_ptr<ClientCount> clients;
+    P_ClientCount clients;
 };
 
 gboolean onIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer served)
@@ -23,20 +16,19 @@ gboolean onIoctl(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer serve
     return TRUE;
 }
 
-void onVanished(gpointer watch, GObject* client)
+void onVanished(gpointer served, GObject* client)
 {
-    const std::unique_ptr<Watch> ended(static_cast<Watch*>(watch));
-    if (const auto node = ended->node.lock())
-        node->clientVanished(client);
-    ended->clients->change(-1);
+    const std::unique_ptr<Served> owner(static_cast<Served*>(served));
+    owner->node->clientVanished(client);
+    --*owner->clients;
 }
 
 void onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer served)
 {
     // The testbed has a signal for a client that goes, but never emits it.
     const auto* self = static_cast<Served*>(served);
-    self->clients->change(1);
-    g_object_weak_ref(G_OBJECT(client), &onVanished, new Watch{self->node, self->clients});
+    ++*self->clients;
+    g_object_weak_ref(G_OBJECT(client), &onVanished, new Served(*self));
 }
 
 void drop(gpointer served, GClosure*)
@@ -47,7 +39,7 @@ void drop(gpointer served, GClosure*)
 } // namespace
 
 GObjectPtr<UMockdevIoctlBase> serveIoctls(const std::shared_ptr<DeviceNode>& node,
-                                          const std::shared_ptr<ClientCount>& clients)
+                                          const P_ClientCount& clients)
 {
     GObjectPtr<UMockdevIoctlBase> handler(umockdev_ioctl_base_new());
     const auto connect = [&](const char* signal, GCallback callback) {

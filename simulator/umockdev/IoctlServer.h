@@ -1,13 +1,18 @@
 #pragma once
 
-#include "umockdev/ClientCount.h"
 #include "umockdev/DeviceNode.h"
+#include "umockdev/GObjectPtr.h"
+
+#include <atomic>
 
 namespace VirtualUnit {
 
+/// How many clients have a node of the bus open, those of units that are gone included.
+using P_ClientCount = std::shared_ptr<std::atomic<int>>;
+
 /// Makes the object that the testbed calls for the ioctls of a node. It keeps the node alive, and
-/// clients keep it. They are counted in @p clients while they have the node open.
+/// clients keep it alive. They are counted in @p clients while they have the node open.
 GObjectPtr<UMockdevIoctlBase> serveIoctls(const std::shared_ptr<DeviceNode>& node,
-                                          const std::shared_ptr<ClientCount>& clients);
+                                          const P_ClientCount& clients);
 
 } // namespace VirtualUnit

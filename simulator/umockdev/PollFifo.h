@@ -5,8 +5,8 @@
 namespace VirtualUnit {
 
 /// The device node that a client polls: a FIFO. usbfs reports "writeable" when there is a finished
-/// request to collect; a pipe of one page with a byte in it is full, hence not writeable, so the
-/// byte stands for "nothing to collect". Not thread-safe.
+/// request to reap; a pipe of one page with a byte in it is full, hence not writeable, so the byte
+/// means "nothing to reap". Not thread-safe.
 class PollFifo
 {
 public:
@@ -17,12 +17,13 @@ public:
     /// Removes the FIFO; clients that have it open keep it.
     ~PollFifo();
 
-    void set(bool open);
+    /// Makes the FIFO writeable or not; it is not at first.
+    void setWriteable(bool writeable);
 
 private:
     std::string m_path;
     int m_descriptor = -1;
-    bool m_open = true;
+    bool m_writeable = true;
 };
 
 } // namespace VirtualUnit

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
 #include <sstream>
-#include <stdexcept>
 #include <system_error>
 
 namespace VirtualUnit {
@@ -14,39 +12,21 @@ namespace {
 
 const std::string rootHubPath = "/devices/usb1";
 
-std::string threeDigits(unsigned number)
+std::string formatted(const char* format, unsigned number)
 {
     char text[16];
-    std::snprintf(text, sizeof text, "%03u", number);
+    std::snprintf(text, sizeof text, format, number);
     return text;
 }
 
 std::string nodePath(std::uint8_t device)
 {
-    return "/dev/bus/usb/" + threeDigits(Testbed::BusNumber) + '/' + threeDigits(device);
+    return "/dev/bus/usb/" + formatted("%03u/", Testbed::BusNumber) + formatted("%03u", device);
 }
 
 std::string devicePath(unsigned port)
 {
     return rootHubPath + "/1-" + std::to_string(port);
-}
-
-std::string hexadecimal(const Bytes& bytes)
-{
-    static const char digits[] = "0123456789ABCDEF";
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
-        text += digits[byte >> 4];
-        text += digits[byte & 0x0FU];
-    }
-    return text;
-}
-
-std::string fourDigits(unsigned number)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "%04x", number);
-    return text;
 }
 
 /// An attribute that ends with a newline, which the testbed's notation spells out.
@@ -55,34 +35,32 @@ std::string attribute(const std::string& name, const std::string& value)
     return "A: " + name + '=' + value + "\\n\n";
 }
 
-unsigned wordAt(const Bytes& bytes, std::size_t at)
-{
-    return static_cast<unsigned>(bytes[at] | bytes[at + 1] << 8);
-}
-
-/// The device in the testbed's own notation, as the kernel would show it. The node itself is made
+/// The device in the testbed's notation, as the kernel would show it. The node itself is made
 /// elsewhere, so there is no line for it.
-std::string describe(const std::string& path, std::uint8_t device, const Bytes& deviceDescriptor,
-                     const Bytes& configuration, const std::string& attributes)
+std::string describe(const std::string& path, std::uint8_t device, const Bytes& descriptors,
+                     const std::string& attributes)
 {
-    Bytes descriptors = deviceDescriptor;
-    descriptors.insert(descriptors.end(), configuration.begin(), configuration.end());
-    const unsigned vendor = wordAt(deviceDescriptor, 8);
-    const unsigned product = wordAt(deviceDescriptor, 10);
-    const unsigned minor = device - 1U;
+    const auto word = [&descriptors](std::size_t at) {
+        return readNumber(&descriptors[at], 2);
+    };
+    const std::string minor = std::to_string(device - 1U);
     std::ostringstream text;
     text << "P: " << path
          << "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\nE: DEVNAME=" << nodePath(device)
          << "\nE: MAJOR=189\nE: MINOR=" << minor
-         << "\nE: BUSNUM=" << threeDigits(Testbed::BusNumber)
-         << "\nE: DEVNUM=" << threeDigits(device) << std::hex << "\nE: PRODUCT=" << vendor << '/'
-         << product << '/' << wordAt(deviceDescriptor, 12) << std::dec
-         << "\nE: TYPE=" << unsigned{deviceDescriptor[4]} << '/' << unsigned{deviceDescriptor[5]}
-         << '/' << unsigned{deviceDescriptor[6]} << "\nA: dev=189:" << minor << '\n'
+         << "\nE: BUSNUM=" << formatted("%03u", Testbed::BusNumber)
+         << "\nE: DEVNUM=" << formatted("%03u", device)
+         << "\nE: PRODUCT=" << formatted("%x/", word(8)) << formatted("%x/", word(10))
+         << formatted("%x", word(12)) << "\nE: TYPE=" << formatted("%u/", descriptors[4])
+         << formatted("%u/", descriptors[5]) << formatted("%u", descriptors[6])
+         << "\nA: dev=189:" << minor << '\n'
          << attribute("busnum", std::to_string(Testbed::BusNumber))
          << attribute("devnum", std::to_string(device)) << attribute("bConfigurationValue", "1")
-         << attribute("idVendor", fourDigits(vendor)) << attribute("idProduct", fourDigits(product))
-         << attributes << "H: descriptors=" << hexadecimal(descriptors) << "\n\n";
+         << attribute("idVendor", formatted("%04x", word(8)))
+         << attribute("idProduct", formatted("%04x", word(10))) << attributes << "H: descriptors=";
+    for (const std::uint8_t byte : descriptors)
+        text << formatted("%02X", byte);
+    text << "\n\n";
     return text.str();
 }
 
@@ -102,20 +80,22 @@ Testbed::Testbed()
     gchar* root = umockdev_testbed_get_root_dir(m_testbed.get());
     m_root = root;
     g_free(root);
-    // A bus is never without its root hub; hosts that list it rely on that.
-    const Bytes device = {18, 1, 0, 2, 9, 0, 0, 64, 0x6B, 0x1D, 2, 0, 0x15, 5, 0, 0, 0, 1};
-    const Bytes configuration = {9, 2, 25, 0, 1, 1, 0, 0xE0, 0, 9, 4, 0, 0,
-                                 1, 9, 0,  0, 0, 7, 5, 0x81, 3, 4, 0, 12};
-    addFromString(describe(rootHubPath, 1, device, configuration, attribute("speed", "480")));
+    // A bus always has a root hub; hosts that list it rely on that.
+    const Bytes descriptors = {18, 1, 0, 2, 9, 0,  0, 64, 0x6B, 0x1D, 2,    0, 0x15, 5, 0,
+                               0,  0, 1, 9, 2, 25, 0, 1,  1,    0,    0xE0, 0, 9,    4, 0,
+                               0,  1, 9, 0, 0, 0,  7, 5,  0x81, 3,    4,    0, 12};
+    addFromString(describe(rootHubPath, 1, descriptors, attribute("speed", "480")));
 }
 
 Testbed::~Testbed()
 {
-    // A client waits for ever when the testbed is gone in which its ioctls are handled. One that
-    // closes is noticed a moment later; where one stays, the testbed has to stay, without its
+    m_scheduler->stop();
+    // A client waits indefinitely when the testbed is gone in which its ioctls are handled. One
+    // that closes is noticed a moment later; where one stays, the testbed has to stay, without its
     // files.
-    constexpr std::chrono::milliseconds moment(200);
-    if (m_clients->waitForNone(moment))
+    for (int i = 0; i < 20 && *m_clients > 0; ++i)
+        std::this_thread::sleep_for(milliseconds(10));
+    if (*m_clients == 0)
         return;
     static_cast<void>(m_testbed.release());
     std::error_code ignored;
@@ -125,10 +105,9 @@ Testbed::~Testbed()
 void Testbed::addFromString(const std::string& description)
 {
     GError* error = nullptr;
-    if (umockdev_testbed_add_from_string(m_testbed.get(), description.c_str(), &error) == FALSE) {
-        const GErrorPtr owner(error);
-        throw std::runtime_error(std::string("cannot add a device: ") + messageOf(error));
-    }
+    const gboolean ok =
+        umockdev_testbed_add_from_string(m_testbed.get(), description.c_str(), &error);
+    throwUnless(ok, "cannot add a device", error);
 }
 
 unsigned Testbed::ports() const
@@ -143,31 +122,27 @@ std::uint8_t Testbed::nextDeviceNumber()
         return std::any_of(m_attached.begin(), m_attached.end(),
                            [number](const auto& entry) { return entry.second.device == number; });
     };
-    do {
-        m_lastDevice =
-            m_lastDevice == last ? std::uint8_t{2} : static_cast<std::uint8_t>(m_lastDevice + 1);
-    } while (taken(m_lastDevice));
+    do
+        m_lastDevice = m_lastDevice == last ? 2 : m_lastDevice + 1;
+    while (taken(m_lastDevice));
     return m_lastDevice;
 }
 
-Address Testbed::add(unsigned port, const P_Unit& unit, const std::shared_ptr<Scheduler>& scheduler,
-                     const OnDeparture& onDeparture)
+Address Testbed::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
 {
     Attachment attachment;
     attachment.device = nextDeviceNumber();
     const std::string node = nodePath(attachment.device);
-    attachment.node = std::make_shared<DeviceNode>(unit, scheduler, m_root + node, onDeparture);
+    attachment.node = std::make_shared<DeviceNode>(unit, m_scheduler, m_root + node, onDeparture);
     attachment.handler = serveIoctls(attachment.node, m_clients);
-    // The node answers before anyone hears of it.
+    // The node works before anyone hears of it.
     GError* error = nullptr;
-    if (umockdev_testbed_attach_ioctl(m_testbed.get(), node.c_str(), attachment.handler.get(),
-                                      &error) == FALSE) {
-        const GErrorPtr owner(error);
-        throw std::runtime_error("cannot serve " + node + ": " + messageOf(error));
-    }
+    const gboolean ok = umockdev_testbed_attach_ioctl(m_testbed.get(), node.c_str(),
+                                                      attachment.handler.get(), &error);
+    throwUnless(ok, "cannot serve " + node, error);
     try {
-        addFromString(describe(devicePath(port), attachment.device, unit->deviceDescriptor(),
-                               unit->configurationDescriptor(), attributesOf(*unit)));
+        addFromString(describe(devicePath(port), attachment.device, unit->descriptors(),
+                               attributesOf(*unit)));
     } catch (const std::exception&) {
         umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
         throw;
@@ -186,14 +161,10 @@ void Testbed::remove(unsigned port)
     m_attached.erase(found);
     const std::string node = nodePath(attachment.device);
     const std::string path = "/sys" + devicePath(port);
-    // In this order: requests in flight end, nobody new can open the node, and the announcement is
-    // made while there is still something to announce.
+    // In this order: pending requests end, nobody can open the node any more, and the uevent is
+    // sent while sysfs still has the device. A node that cannot be detached is gone already.
     attachment.node->shutDown();
-    GError* error = nullptr;
-    if (umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), &error) == FALSE) {
-        const GErrorPtr owner(error);
-        std::cerr << "virtual bus: cannot detach " << node << ": " << messageOf(error) << '\n';
-    }
+    umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
     umockdev_testbed_uevent(m_testbed.get(), path.c_str(), "remove");
     umockdev_testbed_remove_device(m_testbed.get(), path.c_str());
 }

@@ -7,24 +7,23 @@
 
 namespace VirtualUnit {
 
-/// The mock /sys and /dev with one root hub, and the way a unit is put in and taken out. Not
-/// thread-safe; the bus locks.
+/// The mocked /sys and /dev with one root hub, to which units are added. Not thread-safe; the bus
+/// locks.
 class Testbed : public BusHost
 {
 public:
     static constexpr std::uint8_t BusNumber = 1;
 
     Testbed();
-    /// Clients that still have a node open are told for ever that the unit is gone.
+    /// Clients that still have a node open get ENODEV from then on.
     ~Testbed() override;
 
     unsigned ports() const override;
-    Address add(unsigned port, const P_Unit& unit, const std::shared_ptr<Scheduler>& scheduler,
-                const OnDeparture& onDeparture) override;
+    Address add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
     void remove(unsigned port) override;
 
 private:
-    /// What belongs to a unit that is plugged in.
+    /// What belongs to a plugged-in unit.
     struct Attachment
     {
         std::uint8_t device = 0;
@@ -39,7 +38,8 @@ private:
     std::string m_root;
     std::map<unsigned, Attachment> m_attached; ///< by port
     std::uint8_t m_lastDevice = 1;             ///< the root hub
-    std::shared_ptr<ClientCount> m_clients = std::make_shared<ClientCount>();
+    std::shared_ptr<Scheduler> m_scheduler = std::make_shared<Scheduler>();
+    P_ClientCount m_clients = std::make_shared<std::atomic<int>>(0);
 };
 
 } // namespace VirtualUnit

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <cstring>
 #include <linux/usbdevice_fs.h>
 
@@ -12,19 +11,22 @@ namespace {
 
 void writeInt(UMockdevIoctlData* target, std::size_t offset, int value)
 {
-    std::array<guint8, sizeof value> bytes{};
-    std::memcpy(bytes.data(), &value, sizeof value);
-    umockdev_ioctl_data_update(target, offset, bytes.data(), static_cast<gint>(bytes.size()));
+    umockdev_ioctl_data_update(target, offset, reinterpret_cast<guint8*>(&value), sizeof value);
 }
 
 } // namespace
+
+P_IoctlData resolveArgument(UMockdevIoctlClient* client, std::size_t size)
+{
+    return P_IoctlData(
+        umockdev_ioctl_data_resolve(umockdev_ioctl_client_get_arg(client), 0, size, nullptr));
+}
 
 int Urb::fetch(UMockdevIoctlClient* client, std::shared_ptr<Urb>& urb)
 {
     std::shared_ptr<Urb> taken(new Urb);
     taken->m_client = client;
-    UMockdevIoctlData* argument = umockdev_ioctl_client_get_arg(client);
-    taken->m_urb.reset(umockdev_ioctl_data_resolve(argument, 0, sizeof(usbdevfs_urb), nullptr));
+    taken->m_urb = resolveArgument(client, sizeof(usbdevfs_urb));
     if (!taken->m_urb)
         return EFAULT;
     usbdevfs_urb header{};
@@ -38,9 +40,7 @@ int Urb::fetch(UMockdevIoctlClient* client, std::shared_ptr<Urb>& urb)
         taken->m_urb.get(), offsetof(usbdevfs_urb, buffer), length, nullptr));
     if (!taken->m_buffer)
         return EFAULT;
-    std::array<std::uint8_t, SetupPacket::Size> wire{};
-    std::memcpy(wire.data(), taken->m_buffer->data, wire.size());
-    taken->m_setup = SetupPacket::fromWire(wire);
+    taken->m_setup = SetupPacket::fromWire(taken->m_buffer->data);
     if (length < SetupPacket::Size + taken->m_setup.wLength)
         return EINVAL;
     if (!taken->m_setup.isIn()) {
@@ -51,39 +51,32 @@ int Urb::fetch(UMockdevIoctlClient* client, std::shared_ptr<Urb>& urb)
     return 0;
 }
 
-void Urb::finish(const Answer& answer)
+void Urb::complete(const Response& response)
 {
-    switch (answer.kind) {
-    case Answer::Kind::Data:
-        m_answer = answer.data;
-        m_answer.resize(std::min<std::size_t>(m_answer.size(), m_setup.wLength));
-        m_actualLength = static_cast<int>(m_answer.size());
-        break;
-    case Answer::Kind::Acknowledge:
-        m_actualLength = static_cast<int>(m_payload.size());
-        break;
-    case Answer::Kind::Stall:
-        m_status = -EPIPE;
-        break;
-    case Answer::Kind::Silence:
+    if (response.kind == Response::Kind::Silence)
         return;
-    }
-    m_finished = true;
+    if (response.kind == Response::Kind::Stall)
+        m_status = -EPIPE;
+    m_received = response.data;
+    m_received.resize(std::min<std::size_t>(m_received.size(), m_setup.wLength));
+    m_complete = true;
 }
 
 void Urb::fail(int status)
 {
     m_status = status;
-    m_finished = true;
+    m_complete = true;
 }
 
 void Urb::deliver()
 {
-    if (!m_answer.empty())
-        umockdev_ioctl_data_update(m_buffer.get(), SetupPacket::Size, m_answer.data(),
-                                   static_cast<gint>(m_answer.size()));
+    if (!m_received.empty())
+        umockdev_ioctl_data_update(m_buffer.get(), SetupPacket::Size, m_received.data(),
+                                   static_cast<gint>(m_received.size()));
+    const Bytes& moved = m_setup.isIn() ? m_received : m_payload;
     writeInt(m_urb.get(), offsetof(usbdevfs_urb, status), m_status);
-    writeInt(m_urb.get(), offsetof(usbdevfs_urb, actual_length), m_actualLength);
+    writeInt(m_urb.get(), offsetof(usbdevfs_urb, actual_length),
+             m_status == 0 ? static_cast<int>(moved.size()) : 0);
 }
 
 } // namespace VirtualUnit

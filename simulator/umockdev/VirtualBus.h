@@ -5,7 +5,7 @@
 namespace VirtualUnit {
 
 /// A USB bus of this process and the children it starts: while it lives they see it, and it alone,
-/// below /sys and /dev, so that the real libusb serves the units. No rights are needed.
+/// below /sys and /dev, so that the real libusb finds the units. No rights are needed.
 ///
 /// The process has to run with umockdev's library preloaded (see available()). One bus at a time.
 /// Limits: hosts can miss an arrival or an absence shorter than 100 ms. When it is destroyed,

@@ -23,60 +23,46 @@ Bytes padded(const std::string& text, std::size_t size)
 
 Bytes configurationPage(const Overrides& overrides)
 {
-    const std::size_t size = overrides.schemaVersion == 4 ? 64 : 74;
-    Bytes page(size, 0xA5);
+    Bytes page(overrides.schemaVersion == 4 ? 64 : 74, 0xA5);
     const Bytes name = padded(overrides.serialName, serialNameField);
     std::copy(name.begin(), name.end(), page.begin() + serialNameAt);
     return page;
 }
 
-Bytes littleEndian(std::uint32_t value)
-{
-    Bytes bytes;
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-    return bytes;
-}
-
 } // namespace
 
-Answer Application::handle(const SetupPacket& setup, const Overrides& overrides) const
+Response Application::handle(const SetupPacket& setup) const
 {
     if (setup.wValue != 0 || setup.wIndex != 0)
-        return Answer::stall();
+        return Response::stall();
     if (setup.bmRequestType == readInterface)
-        return read(setup.bRequest, overrides);
+        return read(setup.bRequest);
     if (setup.bmRequestType != writeInterface || setup.bRequest != Vendor::DropToBootloader ||
         setup.wLength != 0)
-        return Answer::stall();
-    Answer answer = Answer::acknowledge();
-    answer.departure = Departure{overrides.leaveDelay, overrides.returnDelay};
-    return answer;
+        return Response::stall();
+    Response response = Response::acknowledge();
+    response.departure = Departure{m_overrides.leaveDelay, m_overrides.returnDelay};
+    return response;
 }
 
-Answer Application::read(std::uint8_t request, const Overrides& overrides) const
+Response Application::read(std::uint8_t request) const
 {
+    const std::string version = readImage(m_flash.application()).version;
     switch (request) {
     case Vendor::FirmwareVersion:
-        return Answer::withData(overrides.versionAnswer ? *overrides.versionAnswer
-                                                        : padded(imageVersion(), 8));
+        return Response::withData(padded(version, 8));
     case Vendor::FirmwareRevision:
-        return Answer::withData(overrides.revisionAnswer ? *overrides.revisionAnswer
-                                                         : padded("virtual-" + imageVersion(), 64));
+        return Response::withData(padded("virtual-" + version, 64));
     case Vendor::ConfigurationPage:
-        return Answer::withData(overrides.configurationPage.value_or(configurationPage(overrides)));
-    case Vendor::SchemaVersion:
-        return Answer::withData(
-            overrides.schemaAnswer.value_or(littleEndian(overrides.schemaVersion)));
-    default:
-        return Answer::stall();
+        return Response::withData(configurationPage(m_overrides));
+    case Vendor::SchemaVersion: {
+        Bytes bytes(4);
+        writeNumber(bytes.data(), bytes.size(), m_overrides.schemaVersion);
+        return Response::withData(std::move(bytes));
     }
-}
-
-std::string Application::imageVersion() const
-{
-    const auto image = readImage(m_flash.application());
-    return image ? image->version : std::string();
+    default:
+        return Response::stall();
+    }
 }
 
 } // namespace VirtualUnit

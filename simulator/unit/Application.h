@@ -4,23 +4,25 @@
 
 namespace VirtualUnit {
 
-/// The application firmware of a unit: answers the units' own requests. It reports the version that
-/// the image in its flash carries.
+/// The application firmware of a unit: handles the units' own requests. It reports the version of
+/// the image in its flash. Not thread-safe; the unit locks.
 class Application
 {
 public:
-    explicit Application(const Flash& flash)
+    /// Both must outlive this object.
+    Application(const Flash& flash, const Overrides& overrides)
         : m_flash(flash)
+        , m_overrides(overrides)
     {
     }
 
-    Answer handle(const SetupPacket& setup, const Overrides& overrides) const;
+    Response handle(const SetupPacket& setup) const;
 
 private:
-    Answer read(std::uint8_t request, const Overrides& overrides) const;
-    std::string imageVersion() const;
+    Response read(std::uint8_t request) const;
 
     const Flash& m_flash;
+    const Overrides& m_overrides;
 };
 
 } // namespace VirtualUnit

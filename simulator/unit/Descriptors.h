@@ -24,7 +24,7 @@ struct Identity
     std::string usbSerial; ///< iSerialNumber, the same in both modes
 };
 
-/// The unit's descriptors as USB 2.0 section 9.6 lays them out. Pure functions.
+/// The unit's descriptors (USB 2.0, section 9.6). Pure functions.
 namespace Descriptors {
 
 constexpr std::uint8_t ManufacturerString = 1;
@@ -38,16 +38,14 @@ std::uint16_t productId(Kind kind, Mode mode);
 Bytes device(const Identity& identity);
 
 /// The configuration with its one interface; in bootloader mode the DFU functional descriptor
-/// (DFU 1.1, table 4.2) stands last.
+/// (DFU 1.1, table 4.2) comes last.
 Bytes configuration(const Identity& identity, const Overrides& overrides);
 
-/// The text of that index; none when there is no such string.
-std::optional<std::string> text(std::uint8_t index, const Identity& identity,
-                                const Overrides& overrides, const std::string& layout);
+/// The text of the string with that index; empty when there is no such string.
+std::string text(std::uint8_t index, const Identity& identity, const Overrides& overrides);
 
-/// The string descriptor of that index; empty when there is none. Text is taken as ASCII.
-Bytes string(std::uint8_t index, const Identity& identity, const Overrides& overrides,
-             const std::string& layout);
+/// The string descriptor of that index; empty when there is none. The text is taken as ASCII.
+Bytes string(std::uint8_t index, const Identity& identity, const Overrides& overrides);
 
 } // namespace Descriptors
 } // namespace VirtualUnit

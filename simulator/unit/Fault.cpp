@@ -2,25 +2,28 @@
 
 #include "unit/RequestName.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace VirtualUnit {
 
 Fault Fault::at(unsigned number, Action action, unsigned value)
 {
-    return {action, value, {}, number, 1};
+    return on("any", action, value, number);
 }
 
 Fault Fault::on(const std::string& name, Action action, unsigned value, unsigned first)
 {
-    const std::vector<std::string>& names = requestNames();
-    if (std::find(names.begin(), names.end(), name) == names.end())
-        throw std::invalid_argument("no request goes by the name " + name);
-    const auto matches = [name](const SetupPacket& setup, const Bytes& data) {
-        return matchesName(name, setup, data);
-    };
-    return {action, value, matches, first, 1};
+    if (!isRequestName(name))
+        throw std::invalid_argument("unknown request: " + name);
+    return {action, value, name, first, 1, 0};
+}
+
+bool Fault::strikes(const SetupPacket& setup, const Bytes& data)
+{
+    if (!matchesName(request, setup, data))
+        return false;
+    ++counted;
+    return counted >= first && (times == Forever || counted - first < times);
 }
 
 } // namespace VirtualUnit

@@ -2,7 +2,6 @@
 
 #include "unit/SetupPacket.h"
 
-#include <functional>
 #include <string>
 
 namespace VirtualUnit {
@@ -13,30 +12,32 @@ struct Fault
     enum class Action
     {
         Stall,       ///< refuse the request; the unit's state stays as it is
-        Silence,     ///< do not answer; the unit did not see the request
-        ShortAnswer, ///< cut the answer to `value` bytes
+        Silence,     ///< do not respond; the unit did not see the request
+        ShortAnswer, ///< cut the response to `value` bytes
         FailStatus,  ///< bootloader: fail with bStatus `value` (a download when its work is done)
-        LeaveBus,    ///< drop off the bus instead of answering; it returns as Overrides say
+        LeaveBus,    ///< leave the bus instead of responding; it returns as the overrides say
         NeverReturn, ///< from here on, once the unit has left it stays away
-        StayBusy,    ///< bootloader: `value` further GETSTATUS are answered dfuDNBUSY
-        Delay,       ///< answer `value` milliseconds later
+        StayBusy,    ///< bootloader: `value` further GETSTATUS report dfuDNBUSY
+        Delay,       ///< respond `value` milliseconds later
     };
     static constexpr unsigned Forever = ~0U; ///< as `value` of StayBusy, or as `times`
 
-    using Predicate = std::function<bool(const SetupPacket&, const Bytes&)>;
-
     Action action = Action::Stall;
     unsigned value = 0;
-    Predicate matches;  ///< which requests count; every one when empty
-    unsigned first = 1; ///< the counted request at which it begins (1: the first from now on)
-    unsigned times = 1; ///< at how many counted requests in a row
+    std::string request = "any"; ///< which requests count, see matchesName()
+    unsigned first = 1;          ///< the counted request at which it begins (1: the next one)
+    unsigned times = 1;          ///< at how many counted requests in a row
+    unsigned counted = 0;        ///< so far
 
-    /// At the @p number-th control request of any kind from the start point (see Unit::addFault).
+    /// At the @p number-th control request of any kind.
     static Fault at(unsigned number, Action action, unsigned value = 0);
 
-    /// At the @p first-th request of that name (see requestName).
-    /// @throws std::invalid_argument when no request goes by it: such a fault would never happen.
+    /// At the @p first-th request of that name. Throws std::invalid_argument when no request has
+    /// it: such a fault would never happen.
     static Fault on(const std::string& name, Action action, unsigned value = 0, unsigned first = 1);
+
+    /// Counts the request if it has the fault's name. True when the fault happens at it.
+    bool strikes(const SetupPacket& setup, const Bytes& data);
 };
 
 } // namespace VirtualUnit

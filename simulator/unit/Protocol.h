@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// The numbers of the protocols that a unit speaks.
+/// The numbers of a unit's protocols.
 namespace VirtualUnit {
 
 /// USB 2.0, tables 9-4 and 9-5.
@@ -28,7 +28,7 @@ constexpr std::uint8_t ConfigurationPage = 0x27;
 constexpr std::uint8_t SchemaVersion = 0x29;
 } // namespace Vendor
 
-/// USB Device Class Specification for Device Firmware Upgrade 1.1, tables 3.2, and sections 6.1.2.
+/// USB Device Firmware Upgrade 1.1, table 3.2 and section 6.1.2: what the units use of it.
 namespace Dfu {
 constexpr std::uint8_t Detach = 0;
 constexpr std::uint8_t Download = 1;
@@ -42,19 +42,10 @@ enum class Status : std::uint8_t
 {
     Ok = 0,
     ErrTarget = 1,
-    ErrFile = 2,
     ErrWrite = 3,
-    ErrErase = 4,
-    ErrCheckErased = 5,
     ErrProg = 6,
-    ErrVerify = 7,
     ErrAddress = 8,
-    ErrNotDone = 9,
-    ErrFirmware = 10,
     ErrVendor = 11,
-    ErrUsbReset = 12,
-    ErrPowerOnReset = 13,
-    ErrUnknown = 14,
     ErrStalledPacket = 15,
 };
 
@@ -66,7 +57,6 @@ enum class State : std::uint8_t
     DownloadIdle = 5,
     ManifestSync = 6,
     Manifest = 7,
-    ManifestWaitReset = 8,
     UploadIdle = 9,
     Error = 10,
 };

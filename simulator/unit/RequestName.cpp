@@ -2,99 +2,85 @@
 
 #include "unit/Protocol.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace VirtualUnit {
 
 namespace {
 
-std::string downloadName(const SetupPacket& setup, const Bytes& data)
+constexpr int anyRequest = -1;
+
+struct Row
 {
-    if (setup.wLength == 0)
-        return "finish";
-    if (setup.wValue >= 2)
-        return "write";
-    if (setup.wValue == 0 && !data.empty()) {
-        if (data[0] == DfuSe::SetAddress)
-            return "set-address";
-        if (data[0] == DfuSe::Erase)
-            return "erase";
-    }
-    return "dnload";
+    const char* name;
+    std::uint8_t type; ///< SetupPacket::type()
+    int request;       ///< bRequest, or anyRequest
+    bool (*fits)(const SetupPacket&, const Bytes&) = nullptr;
+};
+
+template <std::uint8_t Code>
+bool isCommand(const SetupPacket& setup, const Bytes& data)
+{
+    return setup.wValue == 0 && !data.empty() && data[0] == Code;
 }
 
-std::string className(const SetupPacket& setup, const Bytes& data)
-{
-    switch (setup.bRequest) {
-    case Dfu::Detach:
-        return "detach";
-    case Dfu::Download:
-        return downloadName(setup, data);
-    case Dfu::Upload:
-        return "upload";
-    case Dfu::GetStatus:
-        return "getstatus";
-    case Dfu::ClearStatus:
-        return "clrstatus";
-    case Dfu::GetState:
-        return "getstate";
-    case Dfu::Abort:
-        return "abort";
-    default:
-        return "other";
-    }
-}
-
-std::string vendorName(const SetupPacket& setup)
-{
-    switch (setup.bRequest) {
-    case Vendor::FirmwareVersion:
-        return "version";
-    case Vendor::FirmwareRevision:
-        return "revision";
-    case Vendor::DropToBootloader:
-        return "drop";
-    case Vendor::ConfigurationPage:
-        return "config";
-    case Vendor::SchemaVersion:
-        return "schema";
-    default:
-        return "other";
-    }
-}
-
-std::string standardName(const SetupPacket& setup)
-{
-    if (setup.bRequest != Standard::GetDescriptor)
-        return "standard";
-    return setup.wValue >> 8 == Standard::StringDescriptor ? "string" : "descriptor";
-}
+/// The first row that fits names the request.
+constexpr Row rows[] = {
+    {"version", SetupPacket::Vendor, Vendor::FirmwareVersion},
+    {"revision", SetupPacket::Vendor, Vendor::FirmwareRevision},
+    {"drop", SetupPacket::Vendor, Vendor::DropToBootloader},
+    {"config", SetupPacket::Vendor, Vendor::ConfigurationPage},
+    {"schema", SetupPacket::Vendor, Vendor::SchemaVersion},
+    {"detach", SetupPacket::Class, Dfu::Detach},
+    {"finish", SetupPacket::Class, Dfu::Download,
+     [](const SetupPacket& setup, const Bytes&) {
+         return setup.wLength == 0;
+     }},
+    {"write", SetupPacket::Class, Dfu::Download,
+     [](const SetupPacket& setup, const Bytes&) {
+         return setup.wValue >= DfuSe::FirstDataBlock;
+     }},
+    {"set-address", SetupPacket::Class, Dfu::Download, isCommand<DfuSe::SetAddress>},
+    {"erase", SetupPacket::Class, Dfu::Download, isCommand<DfuSe::Erase>},
+    {"dnload", SetupPacket::Class, Dfu::Download},
+    {"upload", SetupPacket::Class, Dfu::Upload},
+    {"getstatus", SetupPacket::Class, Dfu::GetStatus},
+    {"clrstatus", SetupPacket::Class, Dfu::ClearStatus},
+    {"getstate", SetupPacket::Class, Dfu::GetState},
+    {"abort", SetupPacket::Class, Dfu::Abort},
+    {"string", SetupPacket::Standard, Standard::GetDescriptor,
+     [](const SetupPacket& setup, const Bytes&) {
+         return setup.wValue >> 8 == Standard::StringDescriptor;
+     }},
+    {"descriptor", SetupPacket::Standard, Standard::GetDescriptor},
+    {"standard", SetupPacket::Standard, anyRequest},
+};
 
 } // namespace
 
 std::string requestName(const SetupPacket& setup, const Bytes& data)
 {
-    if (setup.isClass())
-        return className(setup, data);
-    if (setup.isVendor())
-        return vendorName(setup);
-    return setup.isStandard() ? standardName(setup) : "other";
+    for (const Row& row : rows) {
+        if (row.type == setup.type() &&
+            (row.request == setup.bRequest || row.request == anyRequest) &&
+            (row.fits == nullptr || row.fits(setup, data)))
+            return row.name;
+    }
+    return "other";
 }
 
 bool matchesName(const std::string& name, const SetupPacket& setup, const Bytes& data)
 {
-    if (name == "any")
-        return true;
-    if (name == "dnload")
-        return setup.isClass() && setup.bRequest == Dfu::Download;
-    return requestName(setup, data) == name;
+    const bool isDownload = setup.isClass() && setup.bRequest == Dfu::Download;
+    return name == "any" || (name == "dnload" ? isDownload : requestName(setup, data) == name);
 }
 
-const std::vector<std::string>& requestNames()
+bool isRequestName(const std::string& name)
 {
-    static const std::vector<std::string> names = {
-        "any",    "schema",    "config",    "version",  "revision", "drop",   "dnload",
-        "erase",  "write",     "finish",    "upload",   "abort",    "detach", "set-address",
-        "string", "getstatus", "clrstatus", "getstate", "standard", "other",  "descriptor"};
-    return names;
+    return name == "any" || name == "other" ||
+           std::any_of(std::begin(rows), std::end(rows),
+                       [&name](const Row& row) { return name == row.name; });
 }
 
 } // namespace VirtualUnit

@@ -1,18 +1,16 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <vector>
+#include "unit/Bytes.h"
 
 namespace VirtualUnit {
-
-using Bytes = std::vector<std::uint8_t>;
 
 /// The eight bytes that open every control transfer (USB 2.0, table 9-2), decoded. A plain value.
 struct SetupPacket
 {
     static constexpr std::size_t Size = 8;
+    static constexpr std::uint8_t Standard = 0x00; ///< values of type()
+    static constexpr std::uint8_t Class = 0x20;
+    static constexpr std::uint8_t Vendor = 0x40;
 
     std::uint8_t bmRequestType = 0;
     std::uint8_t bRequest = 0;
@@ -20,15 +18,21 @@ struct SetupPacket
     std::uint16_t wIndex = 0;
     std::uint16_t wLength = 0;
 
-    /// Decodes the packet from its bytes on the wire (little endian).
-    static SetupPacket fromWire(const std::array<std::uint8_t, Size>& wire);
-    std::array<std::uint8_t, Size> toWire() const;
+    /// Decodes the Size bytes at @p wire.
+    static SetupPacket fromWire(const std::uint8_t* wire)
+    {
+        const auto word = [wire](int at) {
+            return static_cast<std::uint16_t>(readNumber(wire + at, 2));
+        };
+        return {wire[0], wire[1], word(2), word(4), word(6)};
+    }
 
     /// Whether the unit is asked to send data.
     bool isIn() const { return (bmRequestType & 0x80U) != 0; }
-    bool isStandard() const { return (bmRequestType & 0x60U) == 0x00; }
-    bool isClass() const { return (bmRequestType & 0x60U) == 0x20; }
-    bool isVendor() const { return (bmRequestType & 0x60U) == 0x40; }
+    std::uint8_t type() const { return bmRequestType & 0x60U; }
+    bool isStandard() const { return type() == Standard; }
+    bool isClass() const { return type() == Class; }
+    bool isVendor() const { return type() == Vendor; }
 };
 
 } // namespace VirtualUnit

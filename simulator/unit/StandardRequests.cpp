@@ -4,51 +4,44 @@
 
 namespace VirtualUnit {
 
-Answer StandardRequests::handle(const SetupPacket& setup, const Identity& identity,
-                                const Overrides& overrides, const std::string& layout)
+Response StandardRequests::handle(const SetupPacket& setup)
 {
     switch (setup.bRequest) {
     case Standard::GetStatus:
-        return Answer::withData({1, 0}); // self-powered
-    case Standard::GetDescriptor:
-        return descriptor(setup, identity, overrides, layout);
+        return Response::withData({1, 0}); // self-powered
+    case Standard::GetDescriptor: {
+        Bytes bytes = descriptor(setup);
+        return bytes.empty() ? Response::stall() : Response::withData(std::move(bytes));
+    }
     case Standard::GetConfiguration:
-        return Answer::withData({m_configuration});
+        return Response::withData({m_configuration});
     case Standard::SetConfiguration:
         if (setup.wValue > 1)
-            return Answer::stall();
+            return Response::stall();
         m_configuration = static_cast<std::uint8_t>(setup.wValue);
-        return Answer::acknowledge();
+        return Response::acknowledge();
     case Standard::GetInterface:
-        return setup.wIndex == 0 ? Answer::withData({0}) : Answer::stall();
+        return setup.wIndex == 0 ? Response::withData({0}) : Response::stall();
     case Standard::SetInterface:
-        return setup.wIndex == 0 && setup.wValue == 0 ? Answer::acknowledge() : Answer::stall();
+        return setup.wIndex == 0 && setup.wValue == 0 ? Response::acknowledge() : Response::stall();
     default:
-        return Answer::stall();
+        return Response::stall();
     }
 }
 
-Answer StandardRequests::descriptor(const SetupPacket& setup, const Identity& identity,
-                                    const Overrides& overrides, const std::string& layout)
+Bytes StandardRequests::descriptor(const SetupPacket& setup) const
 {
     const auto index = static_cast<std::uint8_t>(setup.wValue & 0xFFU);
-    Bytes bytes;
     switch (setup.wValue >> 8) {
     case Standard::DeviceDescriptor:
-        bytes = Descriptors::device(identity);
-        break;
+        return Descriptors::device(m_identity);
     case Standard::ConfigurationDescriptor:
-        if (index == 0)
-            bytes = overrides.configurationAnswer.value_or(
-                Descriptors::configuration(identity, overrides));
-        break;
+        return index == 0 ? Descriptors::configuration(m_identity, m_overrides) : Bytes();
     case Standard::StringDescriptor:
-        bytes = Descriptors::string(index, identity, overrides, layout);
-        break;
+        return Descriptors::string(index, m_identity, m_overrides);
     default:
-        break;
+        return {};
     }
-    return bytes.empty() ? Answer::stall() : Answer::withData(std::move(bytes));
 }
 
 } // namespace VirtualUnit

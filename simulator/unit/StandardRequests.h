@@ -4,22 +4,28 @@
 
 namespace VirtualUnit {
 
-/// The requests that every USB device answers (USB 2.0, section 9.4), and the configuration they
-/// choose. Not thread-safe; the unit locks.
+/// The requests that every USB device supports (USB 2.0, section 9.4), and the configuration they
+/// set. Not thread-safe; the unit locks.
 class StandardRequests
 {
 public:
-    /// As after power-up; the host's system chooses configuration 1 by itself.
+    /// Both must outlive this object.
+    StandardRequests(const Identity& identity, const Overrides& overrides)
+        : m_identity(identity)
+        , m_overrides(overrides)
+    {
+    }
+
+    /// As after power-up; the host's system sets configuration 1 by itself.
     void reset() { m_configuration = 1; }
 
-    /// @p layout is the interface string of the bootloader unless the overrides replace it.
-    Answer handle(const SetupPacket& setup, const Identity& identity, const Overrides& overrides,
-                  const std::string& layout);
+    Response handle(const SetupPacket& setup);
 
 private:
-    static Answer descriptor(const SetupPacket& setup, const Identity& identity,
-                             const Overrides& overrides, const std::string& layout);
+    Bytes descriptor(const SetupPacket& setup) const;
 
+    const Identity& m_identity;
+    const Overrides& m_overrides;
     std::uint8_t m_configuration = 1;
 };
 

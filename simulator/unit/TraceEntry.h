@@ -1,20 +1,19 @@
 #pragma once
 
 #include "unit/Descriptors.h"
-#include "unit/Protocol.h"
 
 namespace VirtualUnit {
 
-/// One control request as a unit saw it, and what it did. A plain value.
+/// One control request as a unit received it, and its response. A plain value.
 struct TraceEntry
 {
     Clock::time_point time;
-    Mode mode = Mode::Application; ///< the unit's mode when it was asked
+    Mode mode = Mode::Application; ///< the unit's mode before the request
     std::string name;              ///< see requestName()
     SetupPacket setup;
-    Bytes payload;                              ///< what the host sent
-    Answer::Kind outcome = Answer::Kind::Stall; ///< what the unit did
-    Bytes answer;                               ///< what it sent
+    Bytes payload;                                  ///< what the host sent
+    Response::Kind outcome = Response::Kind::Stall; ///< how the unit responded
+    Bytes response;                                 ///< what it sent
 };
 
 } // namespace VirtualUnit

@@ -1,15 +1,18 @@
 #pragma once
 
-#include "unit/Descriptors.h"
+#include "unit/Application.h"
+#include "unit/Bootloader.h"
 #include "unit/Fault.h"
+#include "unit/FirmwareImage.h"
+#include "unit/StandardRequests.h"
 #include "unit/TraceEntry.h"
 
-#include <functional>
 #include <memory>
+#include <mutex>
 
 namespace VirtualUnit {
 
-/// How a unit is born.
+/// What a unit is at first.
 struct UnitSetup
 {
     Kind kind = Kind::Aquen;
@@ -18,14 +21,12 @@ struct UnitSetup
     /// Version of the image in its flash. Without one the flash is erased: such a unit starts as a
     /// bootloader whatever `mode` says, as after an interrupted update.
     std::optional<std::string> firmware;
-    std::size_t imageSize = 16384; ///< of that image, in bytes
-    std::uint32_t schemaVersion = 5;
     std::string usbSerial = "000000000001";
 };
 
-/// One virtual washing or curing unit: application firmware, bootloader and flash. It answers
-/// control requests and knows nothing of the bus it sits on; a bus calls control(), carries out the
-/// Answer, and says when the unit came (arrive) and went (leave).
+/// One virtual washing or curing unit: application firmware, bootloader and flash. It handles
+/// control requests and knows nothing of the bus it is on; a bus calls control(), carries out the
+/// Response, and reports that the unit came (arrive) and went (leave).
 ///
 /// Every function may be called from any thread at any time.
 class Unit
@@ -36,49 +37,42 @@ public:
     /// Why a unit is gone.
     enum class Reason
     {
-        Restarted, ///< it left by itself, as its last Answer said
-        Unplugged, ///< it lost power: a wish to enter the bootloader is forgotten
+        Restarted, ///< it left by itself, as its last Response announced
+        Unplugged, ///< it lost power: a request to enter the bootloader is forgotten
     };
 
     /// @p now is where the unit takes the time from. Throws std::invalid_argument for a firmware
     /// that makes no image.
     explicit Unit(const UnitSetup& setup, Now now = &Clock::now);
-    Unit(const Unit&) = delete;
-    Unit& operator=(const Unit&) = delete;
-    ~Unit();
 
     // For the bus.
 
-    /// Handles one control request. @p data holds what the host sends, empty for an IN request.
-    Answer control(const SetupPacket& setup, const Bytes& data);
+    /// Handles one control request. @p data is what the host sends, empty for an IN request.
+    Response control(const SetupPacket& setup, const Bytes& data);
     /// The unit got power. From the second time on it starts the application if its flash holds a
     /// valid one, else the bootloader.
     void arrive();
     void leave(Reason reason);
-    /// The host resets the port: the unit stays what it is, a bootloader goes back to dfuIDLE.
+    /// The host resets the port: the unit's mode stays, a bootloader goes back to dfuIDLE.
     void busReset();
-    Bytes deviceDescriptor() const;
-    Bytes configurationDescriptor() const;
-    /// The string of that index (see Descriptors), empty when there is none.
+    /// The device descriptor, and behind it the configuration descriptor.
+    Bytes descriptors() const;
+    /// The string of that index (see Descriptors); empty when there is none.
     std::string stringText(std::uint8_t index) const;
 
     // For tests and demos.
 
-    Kind kind() const;
     Mode mode() const;
     std::uint16_t productId() const;
     /// The version of the valid image in the flash; empty when there is none.
     std::string firmwareVersion() const;
 
-    Overrides overrides() const;
-    void setKnobs(const Overrides& overrides);
-    /// Changes overrides in place; @p change runs under the unit's lock and must not call the unit.
+    /// Changes the overrides; @p change runs under the unit's lock and must not call the unit.
     void adjust(const std::function<void(Overrides&)>& change);
 
-    /// Plans a fault. Its start point is now, or a later restartCounting().
+    /// Plans a fault: requests count from now on, for each fault separately.
     void addFault(const Fault& fault);
     void clearFaults();
-    void restartCounting();
 
     /// Every control request so far, in order of arrival.
     std::vector<TraceEntry> trace() const;
@@ -87,17 +81,28 @@ public:
     /// DFU state of the bootloader.
     Dfu::State dfuState() const;
 
-    /// At most @p length bytes of flash from @p address.
-    Bytes readFlash(std::uint32_t address, std::size_t length) const;
-    /// What the application area holds: the image where it is valid, else all up to the last byte
-    /// that is not erased.
+    /// The image in the application area if it is valid, else all up to the last byte that is not
+    /// erased.
     Bytes applicationContent() const;
-    void fillApplication(std::uint8_t value);
     void loadImage(const Bytes& image);
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    Response respond(const SetupPacket& setup, const Bytes& data);
+    Response respondWithFaults(const SetupPacket& setup, const Bytes& data);
+    ImageInfo image() const;
+
+    mutable std::mutex m_mutex;
+    const Now m_now;
+    Identity m_identity;
+    Overrides m_overrides;
+    Flash m_flash;
+    const Application m_application{m_flash, m_overrides};
+    mutable Bootloader m_bootloader{m_flash, m_overrides}; ///< settles when the flash is read
+    StandardRequests m_standard{m_identity, m_overrides};
+    std::vector<Fault> m_faults;
+    std::vector<TraceEntry> m_trace;
+    bool m_hasArrived = false;
+    bool m_wantsBootloader = false;
 };
 
 using P_Unit = std::shared_ptr<Unit>;

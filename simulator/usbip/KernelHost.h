@@ -13,13 +13,12 @@ namespace VirtualUnit {
 class KernelHost : public BusHost
 {
 public:
-    /// Throws std::runtime_error when the driver is not there.
+    /// Throws std::runtime_error when the driver is not loaded.
     KernelHost();
 
-    /// Those of the first controller that take units of full speed.
+    /// Those of the first controller for units of full speed.
     unsigned ports() const override;
-    Address add(unsigned port, const P_Unit& unit, const std::shared_ptr<Scheduler>& scheduler,
-                const OnDeparture& onDeparture) override;
+    Address add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
     void remove(unsigned port) override;
 
 private:

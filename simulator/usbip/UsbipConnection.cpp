@@ -1,5 +1,6 @@
 #include "usbip/UsbipConnection.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
 #include <sys/socket.h>
@@ -7,28 +8,53 @@
 
 namespace VirtualUnit {
 
-using UsbipMessage::Command;
-using UsbipMessage::Request;
-using Lock = std::lock_guard<std::mutex>;
+using UsbipMessage::Header;
+using UsbipMessage::reply;
 
-namespace {
-
-/// A control transfer carries at most 65535 bytes: more is not a message of the kernel's.
-constexpr std::uint32_t maximumLength = 0xFFFF;
-
-} // namespace
-
-UsbipConnection::Channel::~Channel()
+UsbipConnection::UsbipConnection(int socket, P_Unit unit, BusHost::OnDeparture onDeparture)
+    : m_socket(socket)
+    , m_unit(std::move(unit))
+    , m_onDeparture(std::move(onDeparture))
+    , m_thread([this] { serve(); })
 {
+}
+
+UsbipConnection::~UsbipConnection()
+{
+    ::shutdown(m_socket, SHUT_RDWR);
+    m_thread.join();
     ::close(m_socket);
 }
 
-bool UsbipConnection::Channel::receive(std::uint8_t* bytes, std::size_t length) const
+void UsbipConnection::serve()
+{
+    // A control transfer carries at most 65535 bytes: more is no message of the kernel's.
+    constexpr std::uint32_t maximumLength = 0xFFFF;
+    std::array<std::uint8_t, sizeof(Header)> wire{};
+    while (receive(wire.data(), wire.size())) {
+        const Header request = UsbipMessage::decode(wire.data());
+        if (request.command == UsbipMessage::Unlink) {
+            const bool wasPending = m_silent.erase(request.detail) != 0;
+            send(reply(UsbipMessage::UnlinkReply, request.sequence, wasPending ? -ECONNRESET : 0));
+            continue;
+        }
+        if (request.command != UsbipMessage::Submit || request.length > maximumLength) {
+            std::cerr << "virtual bus: the kernel sent an invalid message\n";
+            ::shutdown(m_socket, SHUT_RDWR);
+            return;
+        }
+        Bytes payload(request.direction == 1 ? 0 : request.length);
+        if (!receive(payload.data(), payload.size()))
+            return;
+        submit(request, payload);
+    }
+}
+
+/// False when the other side is gone.
+bool UsbipConnection::receive(std::uint8_t* bytes, std::size_t length) const
 {
     while (length > 0) {
-        const ssize_t count = ::recv(m_socket, bytes, length, 0);
-        if (count < 0 && errno == EINTR)
-            continue;
+        const ssize_t count = TEMP_FAILURE_RETRY(::recv(m_socket, bytes, length, 0));
         if (count <= 0)
             return false;
         bytes += count;
@@ -37,123 +63,40 @@ bool UsbipConnection::Channel::receive(std::uint8_t* bytes, std::size_t length) 
     return true;
 }
 
-void UsbipConnection::Channel::send(const Bytes& message) const
+void UsbipConnection::send(const Bytes& message) const
 {
-    std::size_t sent = 0;
-    while (sent < message.size()) {
-        const ssize_t count =
-            ::send(m_socket, message.data() + sent, message.size() - sent, MSG_NOSIGNAL);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return; // the other side is gone; the reading thread notices it as well
-        sent += static_cast<std::size_t>(count);
-    }
+    // A message is sent as a whole, or the other side is gone; receive() notices that as well.
+    static_cast<void>(::send(m_socket, message.data(), message.size(), MSG_NOSIGNAL));
 }
 
-void UsbipConnection::Channel::begin(std::uint32_t sequence)
+void UsbipConnection::submit(const Header& request, const Bytes& payload)
 {
-    const Lock lock(m_mutex);
-    m_pending.insert(sequence);
-}
-
-void UsbipConnection::Channel::finish(std::uint32_t sequence, const Bytes& reply)
-{
-    const Lock lock(m_mutex);
-    if (m_pending.erase(sequence) != 0)
-        send(reply);
-}
-
-void UsbipConnection::Channel::callOff(std::uint32_t sequence, std::uint32_t unlinked)
-{
-    const Lock lock(m_mutex);
-    const bool wasPending = m_pending.erase(unlinked) != 0;
-    send(UsbipMessage::unlinkReply(sequence, wasPending ? -ECONNRESET : 0));
-}
-
-void UsbipConnection::Channel::shutDown() const
-{
-    ::shutdown(m_socket, SHUT_RDWR);
-}
-
-UsbipConnection::UsbipConnection(int socket, P_Unit unit, std::shared_ptr<Scheduler> scheduler,
-                                 BusHost::OnDeparture onDeparture)
-    : m_unit(std::move(unit))
-    , m_scheduler(std::move(scheduler))
-    , m_onDeparture(std::move(onDeparture))
-    , m_channel(std::make_shared<Channel>(socket))
-    , m_thread([this] { serve(); })
-{
-}
-
-UsbipConnection::~UsbipConnection()
-{
-    m_channel->shutDown();
-    m_thread.join();
-}
-
-void UsbipConnection::serve()
-{
-    UsbipMessage::Header header{};
-    while (m_channel->receive(header.data(), header.size())) {
-        const Request request = UsbipMessage::decode(header);
-        if (request.command == Command::Unlink) {
-            m_channel->callOff(request.sequence, request.unlinked);
-            continue;
-        }
-        if (request.command != Command::Submit || request.length > maximumLength) {
-            std::cerr << "virtual bus: the kernel sent a message that is none\n";
-            m_channel->shutDown();
-            return;
-        }
-        Bytes payload(request.isIn ? 0 : request.length);
-        if (!m_channel->receive(payload.data(), payload.size()))
-            return;
-        submit(request, payload);
-    }
-}
-
-void UsbipConnection::submit(const Request& request, const Bytes& payload)
-{
-    m_channel->begin(request.sequence);
+    const auto respond = [&](int status, std::size_t moved, const Bytes& data) {
+        send(reply(UsbipMessage::SubmitReply, request.sequence, status, moved, data));
+    };
     if (request.endpoint != 0) {
-        // The units have no endpoint but the default one.
-        m_channel->finish(request.sequence,
-                          UsbipMessage::submitReply(request.sequence, -ENOENT, 0, {}));
+        respond(-ENOENT, 0, {}); // the units have no endpoint but the default one
         return;
     }
-    const Answer answer = m_unit->control(request.setup, payload);
-    if (answer.departure && m_onDeparture)
-        m_onDeparture(answer.delay, *answer.departure);
-    if (answer.kind == Answer::Kind::Silence)
-        return; // pending until the kernel calls it off or the unit leaves
-    const Bytes reply = replyTo(request, answer);
-    if (answer.delay.count() == 0) {
-        m_channel->finish(request.sequence, reply);
-        return;
-    }
-    const std::weak_ptr<Channel> weakChannel = m_channel;
-    m_scheduler->after(answer.delay, [weakChannel, sequence = request.sequence, reply] {
-        if (const auto channel = weakChannel.lock())
-            channel->finish(sequence, reply);
-    });
-}
-
-Bytes UsbipConnection::replyTo(const Request& request, const Answer& answer)
-{
-    switch (answer.kind) {
-    case Answer::Kind::Data: {
-        Bytes data = answer.data;
-        data.resize(std::min<std::size_t>(data.size(), request.length));
-        return UsbipMessage::submitReply(request.sequence, 0, data.size(), data);
-    }
-    case Answer::Kind::Acknowledge:
-        return UsbipMessage::submitReply(request.sequence, 0, request.length, {});
-    case Answer::Kind::Stall:
-    case Answer::Kind::Silence:
+    Response response = m_unit->control(SetupPacket::fromWire(request.setup.data()), payload);
+    if (response.departure)
+        m_onDeparture(response.delay, *response.departure);
+    std::this_thread::sleep_for(response.delay);
+    response.data.resize(std::min<std::size_t>(response.data.size(), request.length));
+    switch (response.kind) {
+    case Response::Kind::Silence:
+        m_silent.insert(request.sequence); // until the kernel unlinks it or the unit leaves
+        break;
+    case Response::Kind::Stall:
+        respond(-EPIPE, 0, {});
+        break;
+    case Response::Kind::Acknowledge:
+        respond(0, request.length, {});
+        break;
+    case Response::Kind::Data:
+        respond(0, response.data.size(), response.data);
         break;
     }
-    return UsbipMessage::submitReply(request.sequence, -EPIPE, 0, {});
 }
 
 } // namespace VirtualUnit

@@ -2,16 +2,15 @@
 
 #include "unit/SetupPacket.h"
 
+#include <array>
+
 namespace VirtualUnit {
 
 /// The messages of USB/IP once a device is attached (Linux, Documentation/usb/usbip_protocol.rst):
-/// headers of 48 bytes, all numbers big endian. Pure functions.
+/// a header of 48 bytes, all numbers big endian, and perhaps data. Pure functions.
 namespace UsbipMessage {
 
-constexpr std::size_t HeaderSize = 48;
-using Header = std::array<std::uint8_t, HeaderSize>;
-
-enum class Command : std::uint32_t
+enum Command : std::uint32_t
 {
     Submit = 1,
     Unlink = 2,
@@ -19,26 +18,25 @@ enum class Command : std::uint32_t
     UnlinkReply = 4,
 };
 
-/// What the kernel asks for. The fields after `endpoint` belong to one command each.
-struct Request
+struct Header
 {
-    Command command = Command::Submit;
+    std::uint32_t command = 0;
     std::uint32_t sequence = 0;
-    bool isIn = false;
+    std::uint32_t device = 0;
+    std::uint32_t direction = 0; ///< 1: the unit is asked to send data
     std::uint32_t endpoint = 0;
-    std::uint32_t length = 0; ///< Submit: of the transfer; for OUT as many bytes follow the header
-    SetupPacket setup;        ///< Submit
-    std::uint32_t unlinked = 0; ///< Unlink: the sequence number of the request to be called off
+    std::uint32_t detail = 0; ///< Unlink: the request to be cancelled; replies: 0 or negative errno
+    std::uint32_t length = 0; ///< of the data; in a reply the number of bytes that were moved
+    std::array<std::uint32_t, 3> unused{};
+    std::array<std::uint8_t, SetupPacket::Size> setup{}; ///< Submit
 };
 
-Request decode(const Header& header);
+/// The header at @p wire, which holds as many bytes.
+Header decode(const std::uint8_t* wire);
 
-/// The end of a transfer: @p status is 0 or a negative errno. For IN the data are @p data and
-/// @p moved is their length; for OUT @p data is empty and @p moved tells what was taken.
-Bytes submitReply(std::uint32_t sequence, int status, std::size_t moved, const Bytes& data);
-
-/// The answer to Unlink: -ECONNRESET when the request was still pending, 0 when it had ended.
-Bytes unlinkReply(std::uint32_t sequence, int status);
+/// A reply: @p moved bytes went either way, @p data is what was read.
+Bytes reply(Command command, std::uint32_t sequence, int status, std::size_t moved = 0,
+            const Bytes& data = {});
 
 } // namespace UsbipMessage
 } // namespace VirtualUnit

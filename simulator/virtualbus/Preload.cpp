@@ -15,7 +15,7 @@ namespace {
 
 const std::string library = "libumockdev-preload.so.0";
 
-/// The sanitizer runtime of this program, if it has one: that must stand first in the list.
+/// The sanitizer runtime of this program, if any: it has to be the first in the list.
 std::string sanitizerRuntime()
 {
     for (const char* symbol : {"__asan_init", "__tsan_init"}) {
@@ -40,7 +40,7 @@ void ensurePreload(char** arguments)
     list = sanitizerRuntime() + ' ' + library + ' ' + list;
     setenv("LD_PRELOAD", list.c_str(), 1);
     execv("/proc/self/exe", arguments);
-    throw std::runtime_error(std::string("cannot start anew: ") + std::strerror(errno));
+    throw std::runtime_error(std::string("cannot restart: ") + std::strerror(errno));
 }
 
 } // namespace VirtualUnit

@@ -1,8 +1,6 @@
 #include "virtualbus/Report.h"
 
-#include <array>
-#include <cstdio>
-#include <glib.h>
+#include <QCryptographicHash>
 
 namespace VirtualUnit {
 
@@ -13,52 +11,36 @@ const char* nameOf(Mode mode)
     return mode == Mode::Application ? "application" : "bootloader";
 }
 
-const char* nameOf(Answer::Kind kind)
-{
-    switch (kind) {
-    case Answer::Kind::Data:
-        return "data";
-    case Answer::Kind::Acknowledge:
-        return "ack";
-    case Answer::Kind::Stall:
-        return "STALL";
-    case Answer::Kind::Silence:
-        return "silence";
-    }
-    return "?";
-}
-
-std::string sha256(const Bytes& bytes)
-{
-    const std::unique_ptr<gchar, decltype(&g_free)> text(
-        g_compute_checksum_for_data(G_CHECKSUM_SHA256, bytes.data(), bytes.size()), &g_free);
-    return text.get();
-}
+/// By Response::Kind.
+constexpr const char* outcomes[] = {"data", "ack", "STALL", "silence"};
 
 } // namespace
 
-void writeReport(std::ostream& out, const LabelledUnit& unit, bool onBus)
+void writeReport(QTextStream& out, const LabelledUnit& unit, bool onBus)
 {
     const std::string version = unit.unit->firmwareVersion();
     const Bytes content = unit.unit->applicationContent();
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(reinterpret_cast<const char*>(content.data()), static_cast<int>(content.size()));
     out << "unit=" << unit.label << " mode=" << nameOf(unit.unit->mode())
-        << " firmware=" << (version.empty() ? "-" : version) << " bus=" << (onBus ? "yes" : "no")
-        << " length=" << content.size() << " sha256=" << sha256(content) << '\n';
+        << " firmware=" << (version.empty() ? "-" : version.c_str())
+        << " bus=" << (onBus ? "yes" : "no") << " length=" << content.size()
+        << " sha256=" << hash.result().toHex() << '\n';
 }
 
-void writeTrace(std::ostream& out, const LabelledUnit& unit)
+void writeTrace(QTextStream& out, const LabelledUnit& unit)
 {
     const auto trace = unit.unit->trace();
     for (const TraceEntry& entry : trace) {
         const std::chrono::duration<double> since = entry.time - trace.front().time;
-        std::array<char, 160> line{};
-        std::snprintf(
-            line.data(), line.size(),
-            "%9.3f %-11s %-11s %02x %02x value=%04x index=%04x length=%u out=%zu %s in=%zu",
-            since.count(), nameOf(entry.mode), entry.name.c_str(), entry.setup.bmRequestType,
-            entry.setup.bRequest, entry.setup.wValue, entry.setup.wIndex, entry.setup.wLength,
-            entry.payload.size(), nameOf(entry.outcome), entry.answer.size());
-        out << unit.label << ' ' << line.data() << '\n';
+        out << unit.label << ' '
+            << QString::asprintf(
+                   "%9.3f %-11s %-11s %02x %02x value=%04x index=%04x length=%u out=%zu %s in=%zu",
+                   since.count(), nameOf(entry.mode), entry.name.c_str(), entry.setup.bmRequestType,
+                   entry.setup.bRequest, entry.setup.wValue, entry.setup.wIndex,
+                   entry.setup.wLength, entry.payload.size(),
+                   outcomes[static_cast<int>(entry.outcome)], entry.response.size())
+            << '\n';
     }
 }
 

@@ -2,21 +2,22 @@
 
 #include "unit/Unit.h"
 
+#include <QString>
+
 namespace VirtualUnit {
 
-/// A unit under the label by which scripts and the report call it.
+/// A unit under its name in control lines and in the report.
 struct LabelledUnit
 {
-    std::string label;
+    QString label;
     bool plugged = true; ///< on the bus from the start
     P_Unit unit;
 };
 
-/// Makes a unit of what stands behind --unit: KIND[:KEY=VALUE]..., see unitOptionHelp. The label is
-/// the kind unless given; @p before are the units made so far, so that each label is unique. Throws
-/// std::invalid_argument with a text for the user.
-LabelledUnit makeUnit(const std::string& option, const std::vector<LabelledUnit>& before);
+/// Makes a unit of a value of --unit: KIND[:KEY=VALUE]..., see unitOptionHelp(). @p before are the
+/// units made so far, as labels are unique. Throws std::invalid_argument with a text for the user.
+LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& before);
 
-extern const char* const unitOptionHelp;
+QString unitOptionHelp();
 
 } // namespace VirtualUnit
