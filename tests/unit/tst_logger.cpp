@@ -1,4 +1,4 @@
-#include "qslog/DebugOutput.h"
+
 #include "qslog/DebugOutputDestination.h"
 #include "qslog/Log.h"
 #include "qslog/LoggerRegistry.h"
