@@ -1,209 +1,144 @@
-
 #include "qslog/DebugOutputDestination.h"
+#include "qslog/FileDestination.h"
 #include "qslog/Log.h"
-#include "qslog/LoggerRegistry.h"
-#include "support/LogCapture.h"
+#include "support/TempFiles.h"
 
 #include <QtTest>
 
 #include <csignal>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/resource.h>
+#include <thread>
 
-using QsLogging::getLogger;
-using QsLogging::Level;
-
-namespace {
+using namespace QsLogging;
 
 // Keeps lines as they come, colours and timestamp included.
-class RawDestination : public QsLogging::Destination
+struct RawDestination : Destination
 {
-public:
-    void write(const QString& message, Level level) override
-    {
-        lines.append(message);
-        levels.append(level);
-    }
+    void write(const QString& message, Level) override { lines.append(message); }
     bool isValid() override { return true; }
-
     QStringList lines;
-    QVector<Level> levels;
 };
-
-void logEveryLevel()
-{
-    QLOG_TRACE() << "0";
-    QLOG_DEBUG() << "1";
-    QLOG_INFO() << "2";
-    QLOG_WARN() << "3";
-    QLOG_ERROR() << "4";
-    QLOG_FATAL() << "5";
-}
-
-} // namespace
 
 class LoggerTest : public QObject
 {
     Q_OBJECT
 
+    const TempFiles m_files;
+    std::shared_ptr<RawDestination> m_raw = std::make_shared<RawDestination>();
+    P_Logger m_logger = getLogger("tst_logger");
+
 private slots:
-    void init()
+    void initTestCase() { m_logger->addDestination(m_raw); }
+    void cleanup() { m_raw->lines.clear(); }
+
+    void linesAreRightToTheByte()
     {
-        m_destination = std::make_shared<RawDestination>();
-        m_logger = getLogger("tst_logger");
+        for (const Level threshold : {Level::Trace, Level::Warn, Level::Off}) {
+            m_logger->setLoggingLevel(threshold);
+            QLOG_TRACE() << "x";
+            QLOG_DEBUG() << "x";
+            QLOG_INFO() << "x";
+            QLOG_WARN() << "x";
+            QLOG_ERROR() << "x";
+            QLOG_FATAL() << "x";
+        }
+        MessageBuilder(Level::Off, "tst_logger").stream() << "x";
+        QString starts;
+        for (const QString& line : m_raw->lines)
+            starts += line.left(line.indexOf(" \x1b[0;37m2"));
+        const QString high = "\x1b[1;31mWARN\x1b[0m\x1b[31mERROR\x1b[0m\x1b[31mFATAL\x1b[0m";
+        QCOMPARE(starts, "\x1b[0;37mTRACE\x1b[0m\x1b[1;33mDEBUG\x1b[0m\x1b[1;30mINFO\x1b[0m" +
+                             high + high + QString(5, ' '));
+
         m_logger->setLoggingLevel(Level::Trace);
-        m_logger->addDestination(m_destination);
-    }
-    void cleanup() { m_logger->removeDestination(m_destination); }
-
-    void aLevelAdmitsItselfAndAbove_data()
-    {
-        QTest::addColumn<int>("level");
-        for (int level = 0; level <= 6; ++level)
-            QTest::addRow("level %d", level) << level;
-    }
-    void aLevelAdmitsItselfAndAbove()
-    {
-        QFETCH(int, level);
-        m_logger->setLoggingLevel(static_cast<Level>(level));
-        logEveryLevel();
-        QCOMPARE(m_destination->lines.size(), 6 - level);
-        for (int i = 0; i < m_destination->lines.size(); ++i)
-            QVERIFY(m_destination->lines.at(i).endsWith(QStringLiteral(" %1 ").arg(level + i)));
+        QLOG_WARN() << "Name:" << QStringLiteral("A\"1\"") << 42 << true << "100%1";
+        const QString line = QString::number(__LINE__ - 1);
+        const QString stamp = m_raw->lines.last().mid(23, 23);
+        QVERIFY(QDateTime::fromString(stamp, "yyyy-MM-ddTHH:mm:ss.zzz").isValid());
+        QCOMPARE(m_raw->lines.last(), "\x1b[1;31mWARN\x1b[0m \x1b[0;37m" + stamp +
+                                          "\x1b[0m \x1b[1;34mtst_logger.cpp:" + line +
+                                          "\x1b[0m [linesAreRightToTheByte] Name: \"A\\\"1\\\"\" "
+                                          "42 true 100%1 ");
     }
 
-    void aLineIsWhatItShouldBeToTheByte()
-    {
-        const QDateTime before = QDateTime::currentDateTime();
-        const int line = __LINE__ + 1;
-        QLOG_WARN() << "Serial name:" << QStringLiteral("A\"1\"") << 42 << true << "100%1";
-        const QString written = m_destination->lines.value(0);
-        const QRegularExpressionMatch stamp =
-            QRegularExpression("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}").match(written);
-        QVERIFY(stamp.hasMatch());
-        QCOMPARE(written,
-                 "\x1b[1;31mWARN\x1b[0m \x1b[0;37m" + stamp.captured() +
-                     "\x1b[0m \x1b[1;34mtst_logger.cpp:" + QString::number(line) +
-                     "\x1b[0m [aLineIsWhatItShouldBeToTheByte] Serial name: \"A\\\"1\\\"\" 42 true "
-                     "100%1 ");
-        const QDateTime at = QDateTime::fromString(stamp.captured(), Qt::ISODateWithMs);
-        QVERIFY(qAbs(before.msecsTo(at)) < 5000);
-    }
-
-    void levelTextsAndPadding_data()
-    {
-        QTest::addColumn<int>("level");
-        QTest::addColumn<QString>("start");
-        QTest::newRow("trace") << 0 << "\x1b[0;37mTRACE\x1b[0m \x1b[0;37m2";
-        QTest::newRow("debug") << 1 << "\x1b[1;33mDEBUG\x1b[0m \x1b[0;37m2";
-        QTest::newRow("info") << 2 << "\x1b[1;30mINFO\x1b[0m \x1b[0;37m2";
-        QTest::newRow("warn") << 3 << "\x1b[1;31mWARN\x1b[0m \x1b[0;37m2";
-        QTest::newRow("error") << 4 << "\x1b[31mERROR\x1b[0m \x1b[0;37m2";
-        QTest::newRow("fatal") << 5 << "\x1b[31mFATAL\x1b[0m \x1b[0;37m2";
-        QTest::newRow("off") << 6 << "      \x1b[0;37m2";
-        QTest::newRow("below") << -1 << "\x1b[1;30mINFO\x1b[0m \x1b[0;37m2";
-        QTest::newRow("above") << 7 << "\x1b[1;30mINFO\x1b[0m \x1b[0;37m2";
-    }
-    void levelTextsAndPadding()
-    {
-        QFETCH(int, level);
-        QFETCH(QString, start);
-        QsLogging::MessageBuilder(static_cast<Level>(level), "tst_logger").stream() << "x";
-        QVERIFY2(m_destination->lines.value(0).startsWith(start),
-                 qPrintable(m_destination->lines.value(0)));
-        QCOMPARE(m_destination->levels.value(0), static_cast<Level>(level));
-    }
-
-    void aLambdaIsNamedAsTheCompilerNamesIt()
-    {
-        [] {
-            QLOG_INFO() << "inside";
-        }();
-        QVERIFY(m_destination->lines.value(0).contains("[operator()] inside ") ||
-                m_destination->lines.value(0).contains("[operator ()] inside "));
-    }
-
-    void aSuppressedCallEvaluatesNothing()
-    {
-        m_logger->setLoggingLevel(Level::Warn);
-        int evaluated = 0;
-        QLOG_INFO() << ++evaluated;
-        // The call is one statement: an else after it belongs to the if before it.
-        if (evaluated == 1)
-            QLOG_WARN() << "wrong branch";
-        else
-            QLOG_WARN() << "right branch" << ++evaluated;
-        QCOMPARE(evaluated, 1);
-        QCOMPARE(m_destination->lines.size(), 1);
-        QVERIFY(m_destination->lines.at(0).contains("right branch"));
-    }
-
-    void namesAreFileNamesWithoutAnyExtension()
-    {
-        QCOMPARE(QsLogging::loggerNameOf("lib/Common/src/Logging/SLog.cpp"),
-                 QStringLiteral("SLog"));
-        QCOMPARE(QsLogging::loggerNameOf("a.b/c.d.cpp"), QStringLiteral("c"));
-        QVERIFY(getLogger("slog") != getLogger("SLog"));
-        QCOMPARE(getLogger("SLog"), getLogger("SLog"));
-    }
-
-    void aLoggerKeepsWhatItWasMadeWith()
+    void aLoggerKeepsTheDefaultsOfItsCreation()
     {
         const auto early = getLogger("Early");
-        QCOMPARE(early->loggingLevel(), Level::Off);
-        const auto destination = std::make_shared<RawDestination>();
-        QsLogging::setDefaultLevel(Level::Info);
-        QsLogging::addDefaultDestination(destination);
-        QsLogging::addDefaultDestination(destination);
+        setDefaultLevel(Level::Info);
+        for (int twice = 0; twice < 2; ++twice)
+            addDefaultDestination(m_raw);
         QCOMPARE(getLogger("Early")->loggingLevel(), Level::Off);
-        early->dispatch("early", Level::Fatal);
-        QCOMPARE(getLogger("Late")->loggingLevel(), Level::Info);
-        getLogger("Late")->dispatch("late", Level::Fatal);
-        // Twice among the defaults, once in the logger.
-        QCOMPARE(destination->lines, QStringList("late"));
-        QsLogging::setDefaultLevel(Level::Off);
+        early->dispatch("nowhere", Level::Fatal);
+        QCOMPARE(getLogger("early")->loggingLevel(), Level::Info);
+        getLogger("early")->dispatch("once", Level::Fatal);
+        QCOMPARE(m_raw->lines, QStringList("once"));
+        QCOMPARE(loggerNameOf("a.b/SLog.d.cpp"), QStringLiteral("SLog"));
+        surviveClosedDebugOutput();
+        QVERIFY(std::signal(SIGPIPE, SIG_IGN) == SIG_IGN);
     }
 
-    void destinationsAreHeldOnceAndInOrder()
+    void aFileHoldsPlainLinesAndOutlivesAFullDisk()
     {
-        QsLogging::Logger logger;
-        const auto first = std::make_shared<RawDestination>();
-        const auto second = std::make_shared<RawDestination>();
-        logger.removeDestination(first);
-        logger.addDestination(first);
-        logger.addDestination(second);
-        logger.addDestination(first);
-        logger.dispatch("one", Level::Info);
-        logger.removeDestination(first);
-        logger.dispatch("two", Level::Info);
-        QCOMPARE(first->lines, QStringList("one"));
-        QCOMPARE(second->lines, QStringList({"one", "two"}));
-        QVERIFY(first->rotate());
-        QVERIFY(QsLogging::debugOutputDestination()->isValid());
-        QVERIFY(QsLogging::debugOutputDestination() != QsLogging::debugOutputDestination());
+        FileDestination destination(m_files.put("a.log", "before\n"));
+        destination.write(QStringLiteral("\x1b[1;30mINFO\x1b[0m \x1b[2J \u6D17"), Level::Info);
+        const QByteArray written = "before\nINFO \x1b[2J \xE6\xB4\x97\n";
+        QCOMPARE(m_files.get("a.log"), written);
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &limit), 0);
+        const rlimit full{static_cast<rlim_t>(written.size()), limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        destination.write("lost", Level::Info);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        QCOMPARE(m_files.get("a.log"), written);
+        destination.write("after", Level::Info);
+        QVERIFY(m_files.get("a.log").endsWith("\nafter\n"));
     }
 
-    void aConsoleThatNobodyReadsDoesNotEndTheProcess()
+    void rotatesOnlyPastTheMaximum()
     {
-        const pid_t child = fork();
-        QVERIFY(child >= 0);
-        if (child == 0) {
-            int ends[2];
-            if (pipe(ends) != 0 || close(ends[0]) != 0 || dup2(ends[1], STDERR_FILENO) < 0)
-                _exit(1);
-            std::signal(SIGPIPE, SIG_DFL);
-            QsLogging::surviveClosedDebugOutput();
-            QsLogging::debugOutputDestination()->write("to nobody", Level::Info);
-            _exit(0);
+        const QByteArray full = QByteArray(999, 'x') + "\n";
+        for (const int maximum : {1000, 999, 0, -5}) {
+            for (const QByteArray& atFirst : {full, QByteArray()}) {
+                m_files.put("b.log.old", "old");
+                FileDestination destination(m_files.put("b.log", atFirst));
+                QVERIFY(destination.setMaxSize(maximum));
+                const bool rotates = maximum == 999;
+                QCOMPARE(m_files.get("b.log.old"), rotates && !atFirst.isEmpty() ? full : "old");
+                if (atFirst.isEmpty())
+                    destination.write(QString(999, 'x'), Level::Info);
+                destination.write("next", Level::Info);
+                QCOMPARE(m_files.get("b.log"), rotates ? QByteArray("next\n") : full + "next\n");
+                QCOMPARE(m_files.get("b.log.old"), rotates ? full : "old");
+            }
         }
-        int status = -1;
-        QCOMPARE(waitpid(child, &status, 0), child);
-        QCOMPARE(status, 0);
+        // Where the file cannot be renamed, the log goes on in it.
+        m_files.put("c.log.old/full", "cannot be replaced");
+        FileDestination destination(m_files.put("c.log", "before\n"));
+        QVERIFY(destination.isValid() && !destination.rotate() && destination.setMaxSize(3));
+        destination.write("after", Level::Info);
+        QCOMPARE(m_files.get("c.log"), QByteArray("before\nafter\n"));
+        QVERIFY(!FileDestination(m_files.path("no/such.log")).isValid());
     }
 
-private:
-    std::shared_ptr<RawDestination> m_destination;
-    QsLogging::P_Logger m_logger;
+    void threadsShareAFileUnderAllItsNames()
+    {
+        const QString path = m_files.path("shared.log");
+        const QString relative = QDir::current().relativeFilePath(path);
+        const auto write = [](const QString& name) {
+            getLogger(name)->addDestination(fileDestinationFor(name));
+            for (int line = 0; line < 400; ++line) {
+                fileDestinationFor(name)->setMaxSize(1'000'000 + line);
+                MessageBuilder(Level::Info, name).stream() << "line" << line;
+            }
+        };
+        std::thread other(write, relative);
+        write(path);
+        other.join();
+        QCOMPARE(fileDestinationFor(path), fileDestinationFor(relative));
+        const QStringList lines = QString::fromUtf8(m_files.get("shared.log")).split('\n');
+        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ $")).size(), 800);
+    }
 };
 
 QTEST_APPLESS_MAIN(LoggerTest)

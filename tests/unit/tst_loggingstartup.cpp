@@ -1,3 +1,7 @@
+// From the text of Logging.ini to the lines that are written. Levels and destinations are
+// process-wide and only ever add up: each case uses logger names of its own.
+#include "Common/Logging/IniDocument.h"
+#include "Common/Logging/LoggingConfiguration.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "qslog/LoggerRegistry.h"
 #include "qslog/MessageBuilder.h"
@@ -5,200 +9,169 @@
 
 #include <QtTest>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
-using QsLogging::getLogger;
-using QsLogging::Level;
+using Common::IniDocument;
 
-namespace {
-
-QStringList debugMessages;
-
-void collectMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
-{
-    if (type == QtDebugMsg)
-        debugMessages.append(text);
-    else
-        fprintf(stderr, "%s\n", qPrintable(text));
-}
-
-} // namespace
+static QStringList debugMessages;
 
 class LoggingStartupTest : public QObject
 {
     Q_OBJECT
 
+    const TempFiles m_temp;
+    Common::LoggingFiles m_files{m_temp.path("data/Logs"), m_temp.put("shipped.ini"),
+                                 m_temp.path("data/user/Logging.ini")};
+
+    bool load(const QString& text, bool allowDebugLevels = true)
+    {
+        return Common::loadLoggingConfiguration(m_temp.put("Logging.ini", text.toUtf8()),
+                                                m_temp.root(), allowDebugLevels);
+    }
+    static int levelOf(const QString& logger)
+    {
+        return static_cast<int>(QsLogging::getLogger(logger)->loggingLevel());
+    }
+
+    // What standard error gets of one line.
+    QByteArray say(const QString& logger)
+    {
+        QFile capture(m_temp.put("stderr.txt"));
+        capture.open(QIODevice::WriteOnly);
+        const int kept = dup(STDERR_FILENO);
+        dup2(capture.handle(), STDERR_FILENO);
+        QsLogging::MessageBuilder(QsLogging::Level::Info, logger).stream() << qPrintable(logger);
+        dup2(kept, STDERR_FILENO);
+        close(kept);
+        return m_temp.get("stderr.txt");
+    }
+
 private slots:
     void init()
     {
-        m_temp = std::make_unique<TempFiles>();
-        m_files = {path("data/Logs"), path("shipped/Logging.ini"), path("data/user/Logging.ini")};
         debugMessages.clear();
-        m_previous = qInstallMessageHandler(collectMessage);
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            debugMessages << text;
+        });
     }
-    void cleanup() { qInstallMessageHandler(m_previous); }
+    void cleanup() { qInstallMessageHandler(nullptr); }
 
-    void standardPlacesAreTheProgramsOwn()
+    void iniTextsAreReadOrRefused()
     {
-        const Common::LoggingFiles standard = Common::LoggingFiles::standard();
-        QVERIFY(standard.logDirectory.endsWith("/Logs"));
-        QVERIFY(standard.applicationIniPath.endsWith("/Resources/Settings/Logging.ini"));
-        QVERIFY(standard.userIniPath.endsWith("/Settings/Logging.ini"));
-        QVERIFY(standard.userIniPath != standard.applicationIniPath);
+        // The value of "key" in "[s]".
+        const QList<std::pair<QByteArray, QString>> rows{
+            {"\xEF\xBB\xBF[ S ]\r\n  KEY =  a=b;c \r\n", "a=b;c"},
+            {"; comment\n # [t\n\nkey=above\n[s]\nkey=", ""},
+            {"[s]\nkey=1\n[t]\nkey=2\n[S]\nkey=3\n", "3"},
+            {"[s]\nlevel\n", "invalid"},
+            {"[s]\n = INFO\n", "invalid"},
+            {"[", "invalid"},
+            {"[s] ; why\n", "invalid"},
+            {"[s]\n\xEF\xBB\xBF[t]\n", "invalid"},
+            {QByteArray(IniDocument::maximumSize, '\n'), "absent"},
+            {QByteArray(IniDocument::maximumSize + 1, '\n'), "invalid"}};
+        for (const auto& [text, expected] : rows) {
+            const auto document = IniDocument::parse(text);
+            const auto* section = document ? document->section("s") : nullptr;
+            const QString value = section ? *section->value("key") : "absent";
+            QCOMPARE(document ? value : "invalid", expected);
+        }
     }
 
-    void withoutAnyFileNothingIsLogged()
+    void levelsAreSetAndHeldBackInARelease()
     {
-        Common::startLogging(m_files, false);
-        QCOMPARE(debugMessages, loadMessages());
-        QCOMPARE(getLogger("NoIni")->loggingLevel(), Level::Off);
-        QVERIFY(QFileInfo(m_files.logDirectory).isDir());
-        QVERIFY(QDir(m_files.logDirectory).isEmpty());
+        QCOMPARE(levelOf("BeforeAnyFile"), 6);
+        const QStringList names{"TRACE", "DEBUG", "INFO", "WARN", "ERROR", "FATAL", "OFF", "Info"};
+        for (int i = 0; i < names.size(); ++i) {
+            const QString text = "[Default]\nLEVEL=" + names[i] + "\n[%1%2]\nlevel=" + names[i];
+            QVERIFY(load(text.arg("Dev", names[i])) && load(text.arg("Rel", names[i]), false));
+            QCOMPARE(levelOf("Dev" + names[i]), qMin(i, 6));
+            QCOMPARE(levelOf("Rel" + names[i]), qBound(2, i, 6));
+            // "Default" is the default section, which is never held back, and a logger too.
+            QCOMPARE(levelOf("New" + names[i]), qMin(i, 6));
+            QCOMPARE(levelOf("Default"), qBound(2, i, 6));
+        }
+        QVERIFY(load("[default]\nlevel=WARN\n[DevINFO]\nconsole=off\n[devwarn]\nlevel=OFF\n"));
+        // The last one is a regular file that opens and fails to be read, as on a bad disk.
+        for (const char* unreadable : {"missing.ini", ".", "/proc/self/mem"})
+            QVERIFY(!Common::loadLoggingConfiguration(m_temp.path(unreadable), "", true));
+        QVERIFY(!load("[default]\nlevel=TRACE\n[DevINFO]\nlevel=TRACE\nnonsense\n"));
+        QCOMPARE(levelOf("default"), 3);
+        QCOMPARE(levelOf("DevINFO"), 2);
+        QCOMPARE(levelOf("DevWARN"), 3);
+        QVERIFY(load("[DevINFO]\n"));
+        QCOMPARE(levelOf("AfterNoDefault"), 6);
     }
 
-    void theLogDirectoryIsItsOwnersAlone()
+    void filesJoinTheDefaultsAndNotTheirOwnSection()
     {
-        QVERIFY(QDir().mkpath(m_files.logDirectory));
-        QVERIFY(QFile::setPermissions(m_files.logDirectory, QFile::Permissions(0x7777)));
-        Common::startLogging(m_files, false);
-        struct stat facts;
-        QCOMPARE(stat(qPrintable(m_files.logDirectory), &facts), 0);
-        QCOMPARE(facts.st_mode & 0777U, 0700U);
+        const QString text = "[default]\nfile=all.log\n[Owner]\nfile=own.log\n[Next]\n";
+        QVERIFY(load(text) && load(text));
+        for (const char* logger : {"Owner", "Next", "Later"})
+            say(logger);
+        QCOMPARE(m_temp.get("all.log").count('\n'), 3);
+        QCOMPARE(m_temp.get("own.log").count('\n'), 2);
+        QVERIFY(!m_temp.get("own.log").contains("Owner"));
+        m_temp.put("sized.log", QByteArray(1000, 'x'));
+        for (const char* size : {"10k", "9223372036854775808", "1000", "999"})
+            QVERIFY(load(QStringLiteral("[default]\nfile=sized.log\ntruncate=%1").arg(size)));
+        QCOMPARE(debugMessages,
+                 QStringList({"Could not parse truncate size \"10k\"",
+                              "Could not parse truncate size "
+                              "\"9223372036854775808\"",
+                              "Truncated log file to 1000", "Truncated log file to 999"}));
+        QCOMPARE(m_temp.get("sized.log.old").size(), 1000);
+        // An empty name is the log directory itself: nothing is moved or lost.
+        QVERIFY(load("[default]\nfile=\ntruncate=1\n"));
+        QVERIFY(QFileInfo(m_temp.root()).isDir());
     }
 
-    void theUsersFileOverridesTheShippedOne()
-    {
-        write(m_files.applicationIniPath, "[Both]\nlevel=ERROR\n[Shipped]\nlevel=ERROR\n");
-        write(m_files.userIniPath, "[Both]\nlevel=WARN\n");
-        Common::startLogging(m_files, false);
-        QCOMPARE(getLogger("Both")->loggingLevel(), Level::Warn);
-        QCOMPARE(getLogger("Shipped")->loggingLevel(), Level::Error);
-    }
-
-    void aLogDirectoryThatCannotBeMadeIsTold()
-    {
-        write(path("data"), "a file where a directory should be");
-        Common::startLogging(m_files, false);
-        QCOMPARE(debugMessages.value(0),
-                 "Could not make directory for log files: \"" + m_files.logDirectory + "\"");
-        QCOMPARE(debugMessages.mid(1), loadMessages());
-    }
-
-    void aReleaseDoesNotWatch()
-    {
-        write(m_files.userIniPath, "[Unwatched]\nlevel=WARN\n");
-        Common::startLogging(m_files, false);
-        write(m_files.userIniPath, "[Unwatched]\nlevel=ERROR\n");
-        QTest::qWait(300);
-        QCOMPARE(debugMessages, loadMessages());
-        QCOMPARE(getLogger("Unwatched")->loggingLevel(), Level::Warn);
-    }
-
-    // The file comes, changes, is replaced the way editors do it, goes, and comes again, and with
-    // it its whole directory.
-    void theWatchSurvivesWhateverHappensToTheFile()
-    {
-        Common::startLogging(m_files, true);
-        const QString neighbour = path("data/user/other.txt");
-        const QString draft = path("data/user/draft");
-
-        write(m_files.userIniPath, level("INFO"));
-        QTRY_COMPARE(getLogger("Watched")->loggingLevel(), Level::Info);
-        write(m_files.userIniPath, level("WARN"));
-        QTRY_COMPARE(getLogger("Watched")->loggingLevel(), Level::Warn);
-
-        settle();
-        debugMessages.clear();
-        write(draft, level("ERROR"));
-        QCOMPARE(rename(qPrintable(draft), qPrintable(m_files.userIniPath)), 0);
-        QTRY_COMPARE(getLogger("Watched")->loggingLevel(), Level::Error);
-        settle();
-        QCOMPARE(debugMessages, QStringList(reloadMessage()));
-
-        write(m_files.userIniPath, level("FATAL"));
-        QTRY_COMPARE(getLogger("Watched")->loggingLevel(), Level::Fatal);
-
-        settle();
-        debugMessages.clear();
-        write(neighbour, "nothing to do with it");
-        settle();
-        QCOMPARE(debugMessages, QStringList());
-
-        QVERIFY(QDir(path("data/user")).removeRecursively());
-        settle();
-        write(m_files.userIniPath, level("TRACE"));
-        QTRY_COMPARE(getLogger("Watched")->loggingLevel(), Level::Trace);
-    }
-
-    // What reaches standard error, with and without colours, and the console of a single logger.
     void theConsoleFollowsTheFile()
     {
-        write(m_files.applicationIniPath, "[default]\nlevel=INFO\nconsole=on\n[Muted]\n"
-                                          "level=INFO\nconsole=OFF\n");
+        QVERIFY(load("[default]\nconsole=on\n[Muted]\nconsole=ON\n"));
+        QVERIFY(say("Heard").startsWith("INFO ") && say("Heard").endsWith(" Heard \n"));
+        QCOMPARE(say("Muted"), QByteArray());
+        QVERIFY(load("[default]\ncolors=on\n[Muted]\nconsole=on\n"));
+        QVERIFY(load("[default]\ncolors=off\n"));
+        QVERIFY(say("Muted").startsWith("\x1b[1;30mINFO\x1b[0m"));
+    }
+
+    void theUsersFileOverridesAndIsWatched()
+    {
+        const auto becomes = [this](int level, const char* name, const char* file) {
+            const QString path = m_temp.put(file, QByteArray("[User]\nlevel=") + name);
+            return rename(qPrintable(path), qPrintable(m_files.userIniPath)) == 0 &&
+                   QTest::qWaitFor([&] { return levelOf("User") == level; }, 30'000);
+        };
+        m_temp.put("shipped.ini", "[User]\nlevel=TRACE\n[Shipped]\nlevel=ERROR\n");
+        m_temp.put("data/user/Logging.ini", "[User]\nlevel=DEBUG\n");
         Common::startLogging(m_files, false);
-        QVERIFY(spoken("Heard").endsWith(" Heard \n"));
-        QVERIFY(!spoken("Heard").contains('\x1b'));
-        QCOMPARE(spoken("Muted"), QByteArray());
-
-        write(m_files.applicationIniPath,
-              "[default]\nlevel=INFO\ncolors=on\n[Muted]\nconsole=on\n");
+        QVERIFY(!QCoreApplication::instance()->findChild<QFileSystemWatcher*>());
+        Common::startLogging(m_files, true);
+        QCOMPARE(levelOf("User"), 1);
+        QCOMPARE(levelOf("Shipped"), 4);
+        QCOMPARE(static_cast<int>(QFile::permissions(m_files.logDirectory)) & 0x77, 0);
+        // It changes, is replaced as editors do it, goes with its directory, and comes again.
+        QVERIFY(becomes(3, "WARN", "data/user/Logging.ini"));
+        QVERIFY(becomes(4, "ERROR", "data/user/draft"));
+        QVERIFY(becomes(5, "FATAL", "data/user/Logging.ini"));
+        debugMessages.clear();
+        QVERIFY(QDir(m_temp.path("data/user")).removeRecursively());
+        QTRY_COMPARE_WITH_TIMEOUT(debugMessages.size(), 1, 30'000);
+        QVERIFY(becomes(0, "TRACE", "data/user/Logging.ini"));
+        m_files.logDirectory = m_files.userIniPath + "/below";
         Common::startLogging(m_files, false);
-        QVERIFY(spoken("Muted").contains("\x1b[1;30mINFO\x1b[0m"));
-        write(m_files.applicationIniPath, "[default]\ncolors=off\n[Heard]\nconsole=On\n");
-        Common::startLogging(m_files, false);
-        QVERIFY(spoken("Muted").contains('\x1b'));
-        QCOMPARE(spoken("Heard"), QByteArray());
+        debugMessages.removeDuplicates();
+        const auto quoted = [](const char* text, const QString& path) {
+            return QStringLiteral("%1 \"%2\"").arg(text, path);
+        };
+        QCOMPARE(
+            debugMessages,
+            QStringList({quoted("Reload logging configuration from", m_files.userIniPath),
+                         quoted("Could not make directory for log files:", m_files.logDirectory),
+                         quoted("Loading logging configuration from", m_files.applicationIniPath),
+                         quoted("Loading logging configuration from", m_files.userIniPath)}));
     }
-
-private:
-    QString path(const QString& name) const { return m_temp->path(name); }
-
-    static QString level(const QString& name) { return "[Watched]\nlevel=" + name + "\n"; }
-
-    QStringList loadMessages() const
-    {
-        return {"Loading logging configuration from \"" + m_files.applicationIniPath + "\"",
-                "Loading logging configuration from \"" + m_files.userIniPath + "\""};
-    }
-
-    QString reloadMessage() const
-    {
-        return "Reload logging configuration from \"" + m_files.userIniPath + "\"";
-    }
-
-    void write(const QString& path, const QString& text) { m_temp->put(path, text.toUtf8()); }
-
-    // Lets pending notifications arrive.
-    static void settle()
-    {
-        int seen = 0;
-        do {
-            seen = debugMessages.size();
-            QTest::qWait(150);
-        } while (seen != debugMessages.size());
-    }
-
-    QByteArray spoken(const QString& loggerName)
-    {
-        QFile capture(path("stderr.txt"));
-        if (!capture.open(QIODevice::ReadWrite | QIODevice::Truncate))
-            return "cannot capture";
-        fflush(stderr);
-        const int kept = dup(STDERR_FILENO);
-        dup2(capture.handle(), STDERR_FILENO);
-        if (getLogger(loggerName)->admits(Level::Info))
-            QsLogging::MessageBuilder(Level::Info, loggerName).stream() << qPrintable(loggerName);
-        fflush(stderr);
-        dup2(kept, STDERR_FILENO);
-        close(kept);
-        QFile result(path("stderr.txt"));
-        return result.open(QIODevice::ReadOnly) ? result.readAll() : QByteArray("cannot read");
-    }
-
-    std::unique_ptr<TempFiles> m_temp;
-    Common::LoggingFiles m_files;
-    QtMessageHandler m_previous = nullptr;
 };
 
 QTEST_GUILESS_MAIN(LoggingStartupTest)

@@ -1,179 +1,79 @@
-// Logging from documents: that a line names the document, line and handler that wrote it.
+// Logging from documents: a line names the document, line and handler that wrote it.
 #include "qslog/LoggerRegistry.h"
 #include "qslog/QsLogHelpers.h"
 #include "support/LogCapture.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QRegularExpression>
-#include <QTest>
 #include <QTextCodec>
+#include <QtTest>
 
 class tst_qmllogging : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void initTestCase() { QsLog::registerQmlLogging(m_engine); }
-    void levels_data();
-    void levels();
-    void thresholds_data();
-    void thresholds();
-    void explicitTag();
-    void textsOutsideTheLocalEncoding();
-    void assertNamesTheCheckersCaller();
-    void assertFromHandler();
-    void callingLine();
-    void basename_data();
-    void basename();
-
 private:
-    // Makes a document at qrc:/qml/Probe.qml whose body starts at line 4, and answers its root.
-    std::unique_ptr<QObject> document(const QByteArray& body);
-    QVariant evaluate(const QByteArray& expression);
+    // The property "result" after a document at qrc:/qml/Probe.qml, body from line 4, was created.
+    static QString run(const QByteArray& body)
+    {
+        QQmlEngine engine;
+        QsLog::registerQmlLogging(engine);
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.2; import qslog 1.0 as QsLog\nQtObject {\n"
+                          "property var result\n" +
+                              body + "\n}\n",
+                          QUrl("qrc:/qml/Probe.qml"));
+        const std::unique_ptr<QObject> root(component.create());
+        return root ? root->property("result").toString() : component.errorString();
+    }
 
-    QQmlEngine m_engine;
+private slots:
+    void everyLevelNamesItsPlace()
+    {
+        LogCapture log({"Probe", "Other"});
+        QCOMPARE(run("function check(text) {\nresult = QsLog.FLog.assert(text); result += '';\n}\n"
+                     "Component.onCompleted: { var f = QsLog.FLog;\n"
+                     "f.trace('a word'); f.debug(1); f.info(2);\n"
+                     "f.warn(3); f.error(4); f.fatal(5); f.off(6);\n"
+                     "f.log(2, 'tagged', 'Other'); f.log(2, f.tag(), '');\n"
+                     "check(); check('too hot');\n}"),
+                 QString("qml/Probe.qml:11 [onCompleted] ASSERT too hot"));
+        QStringList expected{"TRACE@8 a word",
+                             "DEBUG@8 1",
+                             "INFO@8 2",
+                             "WARN@9 3",
+                             "ERROR@9 4",
+                             "FATAL@9 5",
+                             "     @9 6",
+                             "INFO@10 tagged",
+                             "INFO@10 Probe",
+                             "FATAL@11 ASSERT failed",
+                             "FATAL@11 ASSERT too hot"};
+        expected.replaceInStrings(QRegularExpression("@(\\d+)"),
+                                  " qml/Probe.qml:\\1 [onCompleted]");
+        QCOMPARE(log.lines(), expected);
+    }
+
+    void offAndUnknownLevelsPassEveryThreshold()
+    {
+        LogCapture log({"Threshold"});
+        QsLogging::getLogger("Threshold")->setLoggingLevel(QsLogging::Level::Fatal);
+        for (const char* level : {"4", "5", "6", "9", "-1"})
+            run(QByteArray("Component.onCompleted: QsLog.FLog.log(") + level + ", 1, 'Threshold')");
+        QCOMPARE(log.lines().size(), 4);
+    }
+
+    // As on a system whose 8-bit encoding is not UTF-8.
+    void textsOutsideTheLocalEncodingStayWhole()
+    {
+        QTextCodec* const before = QTextCodec::codecForLocale();
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        LogCapture log({"Probe"});
+        run("Component.onCompleted: QsLog.FLog.info('\xE6\xB4\x97')");
+        QTextCodec::setCodecForLocale(before);
+        QVERIFY(log.contains("INFO", QStringLiteral("[onCompleted] \u6D17")));
+    }
 };
-
-std::unique_ptr<QObject> tst_qmllogging::document(const QByteArray& body)
-{
-    QQmlComponent component(&m_engine);
-    component.setData(
-        "import QtQml 2.2\nimport qslog 1.0 as QsLog\nQtObject {\nproperty var result\n" + body +
-            "\n}\n",
-        QUrl("qrc:/qml/Probe.qml"));
-    std::unique_ptr<QObject> root(component.create());
-    if (!root)
-        qWarning() << component.errorString();
-    return root;
-}
-
-QVariant tst_qmllogging::evaluate(const QByteArray& expression)
-{
-    const auto root = document("Component.onCompleted: result = " + expression);
-    return root ? root->property("result") : QVariant();
-}
-
-void tst_qmllogging::levels_data()
-{
-    QTest::addColumn<QString>("level");
-    for (const char* level : {"trace", "debug", "info", "warn", "error", "fatal"})
-        QTest::newRow(level) << QString(level).toUpper();
-    QTest::newRow("off") << QString();
-}
-
-void tst_qmllogging::levels()
-{
-    QFETCH(QString, level);
-    LogCapture log({"Probe"});
-    const QByteArray function = QTest::currentDataTag();
-    const auto root =
-        document("Component.onCompleted: {\nQsLog.FLog." + function +
-                 "(\"a word\");\n}\nfunction byName() { QsLog.FLog." + function + "(2) }");
-    QVERIFY(root);
-    QMetaObject::invokeMethod(root.get(), "byName");
-    const QStringList expected = {level + " qml/Probe.qml:6 [onCompleted] a word",
-                                  level + " qml/Probe.qml:8 [byName] 2"};
-    QCOMPARE(log.lines().replaceInStrings(QRegularExpression("^\\s+"), " "), expected);
-}
-
-void tst_qmllogging::thresholds_data()
-{
-    QTest::addColumn<int>("level");
-    QTest::addColumn<int>("written");
-    QTest::newRow("below") << 3 << 0;
-    QTest::newRow("at") << 4 << 1;
-    QTest::newRow("off passes") << 6 << 1;
-    QTest::newRow("beyond counts as off") << 9 << 1;
-    QTest::newRow("negative counts as off") << -1 << 1;
-}
-
-void tst_qmllogging::thresholds()
-{
-    QFETCH(int, level);
-    LogCapture log({"Threshold"});
-    const auto threshold =
-        level == 3 || level == 4 ? QsLogging::Level::Error : QsLogging::Level::Off;
-    QsLogging::getLogger("Threshold")->setLoggingLevel(threshold);
-    evaluate("QsLog.FLog.log(" + QByteArray::number(level) + ", 'text', 'Threshold')");
-    QTEST(log.lines().size(), "written");
-}
-
-void tst_qmllogging::explicitTag()
-{
-    LogCapture probe({"Probe"});
-    LogCapture other({"OtherLogger"});
-    evaluate("QsLog.FLog.log(2, 'tagged', 'OtherLogger')");
-    evaluate("QsLog.FLog.log(2, 'own', '')");
-    QCOMPARE(other.lines(), QStringList("INFO qml/Probe.qml:5 [onCompleted] tagged"));
-    QCOMPARE(probe.lines(), QStringList("INFO qml/Probe.qml:5 [onCompleted] own"));
-    QCOMPARE(evaluate("QsLog.FLog.tag()").toString(), QStringLiteral("Probe"));
-}
-
-// As on a system whose 8-bit encoding is not UTF-8.
-void tst_qmllogging::textsOutsideTheLocalEncoding()
-{
-    QTextCodec* const before = QTextCodec::codecForLocale();
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
-    LogCapture log({"Probe"});
-    QsLog::QsLogHelpers().qml_QsLog("Probe", 2, QStringLiteral("w\u00E4hle"),
-                                    QStringLiteral("qml/Probe.qml"), "7",
-                                    QStringLiteral("W\u00E4scher \u6D17"));
-    QTextCodec::setCodecForLocale(before);
-    QCOMPARE(log.lines(),
-             QStringList(QStringLiteral("INFO qml/Probe.qml:7 [w\u00E4hle] W\u00E4scher \u6D17")));
-}
-
-void tst_qmllogging::assertNamesTheCheckersCaller()
-{
-    LogCapture log({"Probe"});
-    const auto root = document("function check() {\nvar text = QsLog.FLog.assert('too hot');\n"
-                               "result = text;\n}\n"
-                               "Component.onCompleted: {\ncheck();\n}");
-    QVERIFY(root);
-    QCOMPARE(root->property("result").toString(),
-             QStringLiteral("qml/Probe.qml:10 [onCompleted] ASSERT too hot"));
-    QCOMPARE(log.lines(), QStringList("FATAL qml/Probe.qml:10 [onCompleted] ASSERT too hot"));
-}
-
-void tst_qmllogging::assertFromHandler()
-{
-    LogCapture log({"Probe"});
-    QCOMPARE(evaluate("QsLog.FLog.assert()").toString(),
-             QStringLiteral("qml/Probe.qml:5 [onCompleted] ASSERT failed"));
-    QCOMPARE(log.lines(), QStringList("FATAL qml/Probe.qml:5 [onCompleted] ASSERT failed"));
-}
-
-void tst_qmllogging::callingLine()
-{
-    const QVariantMap place =
-        evaluate(
-            "(function named() { var place = QsLog.LoggingUtils.callingLine(); return place })()")
-            .value<QJSValue>()
-            .toVariant()
-            .toMap();
-    const QVariantMap expected = {{"method", "named"},
-                                  {"url", "qml/Probe.qml"},
-                                  {"line", "5"},
-                                  {"relativeUrl", "qml/Probe.qml"},
-                                  {"baseUrl", "Probe"}};
-    QCOMPARE(place, expected);
-}
-
-void tst_qmllogging::basename_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("qml/FirmwareUpdateState.qml") << "FirmwareUpdateState";
-    QTest::newRow("a\\\\b.c\\\\Name.test.js") << "Name.test";
-    QTest::newRow("plain") << "plain";
-    QTest::newRow("") << "";
-}
-
-void tst_qmllogging::basename()
-{
-    const QByteArray path = QTest::currentDataTag();
-    QTEST(evaluate("QsLog.LoggingUtils.basename('" + path + "')").toString(), "name");
-}
 
 QTEST_GUILESS_MAIN(tst_qmllogging)
 #include "tst_qmllogging.moc"

@@ -1,11 +1,6 @@
-#include "Common/BuildType.h"
-#include "Common/BuildVersion.h"
-#include "Common/Logging/OSInformation.h"
 #include "Common/Logging/SLog.h"
 #include "support/LogCapture.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSettings>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -16,16 +11,14 @@
 using Common::AnalyticsSettings;
 using Common::SLog;
 
-namespace {
-
-constexpr int patience = 30'000;
+static constexpr int patience = 30'000;
 
 // Keeps each request, head and body, and sends the same response to all; an empty one disconnects.
 class Server : public QTcpServer
 {
 public:
-    QByteArray response;
-    QStringList heads, bodies;
+    QByteArray response = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+    QStringList requests;
 
     explicit Server(QObject* parent)
         : QTcpServer(parent)
@@ -40,27 +33,19 @@ public:
 private:
     void receive(QTcpSocket& socket)
     {
-        const QByteArray all = socket.peek(socket.bytesAvailable());
-        const int head = all.indexOf("\r\n\r\n") + 4;
-        const int length = all.mid(all.indexOf("Content-Length: ") + 16).split('\r')[0].toInt();
-        qDebug() << all.size() << head << length;
-        if (head < 4 || all.size() < head + length)
+        if (!socket.peek(socket.bytesAvailable()).endsWith("\"sentAt\":\"2031-02-03T14:05:06\"}"))
             return;
-        heads << QString::fromLatin1(socket.read(head));
-        bodies << QString::fromLatin1(socket.read(length));
+        requests << QString::fromLatin1(socket.readAll());
         socket.write(response);
         if (response.isEmpty())
             socket.close();
     }
 };
 
-} // namespace
-
 class SLogTest : public QObject
 {
     Q_OBJECT
 
-private:
     Server* m_server = nullptr;
     LogCapture m_log{{"SLog"}};
     AnalyticsSettings m_settings;
@@ -69,19 +54,17 @@ private slots:
     void init()
     {
         QCoreApplication::setOrganizationName("Quillon");
-        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-        // Earlier ones stay: they still finish their own connections.
+        // Earlier servers stay: they still finish their own connections.
         m_server = new Server(this);
-        m_server->response = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
-        m_settings.endpoint = QUrl(
-            QStringLiteral("http://127.0.0.1:%1%2").arg(m_server->serverPort()).arg("/v1/batch"));
+        m_settings.endpoint =
+            QUrl(QStringLiteral("http://127.0.0.1:%1/v1/batch").arg(m_server->serverPort()));
         m_settings.now = [] {
             return QDateTime({2031, 2, 3}, {14, 5, 6, 789});
         };
         m_log.clear();
     }
 
-    void aSessionIsOneBatchToTheLetter()
+    void aSessionIsOneBatch()
     {
         QSettings().clear();
         SLog log(m_settings);
@@ -93,43 +76,38 @@ private slots:
         }).join();
         log.stopLogging();
         log.track("after", {});
-        log.stopLogging();
-        QTRY_COMPARE_WITH_TIMEOUT(m_server->bodies.size(), 1, patience);
-        QCOMPARE(m_log.messages().join('\n'),
-                 QStringLiteral("ERROR Initialized Segment logging multiple times; doing nothing "
-                                "in startLogging"));
-        QVERIFY(m_server->heads[0].startsWith("POST /v1/batch HTTP/1.1\r\n"));
-        QVERIFY(m_server->heads[0].contains("\r\nContent-Type: application/json\r\n"));
-        QVERIFY(m_server->heads[0].contains("\r\nAuthorization: Basic a+l5Og==\r\n"));
-
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->requests.size(), 1, patience);
+        QCOMPARE(m_log.messages(),
+                 QStringList("ERROR Initialized Segment logging multiple times; doing nothing in "
+                             "startLogging"));
         const QString id = QSettings().value("SLog/ComputerId").toString();
-        QVERIFY(QRegularExpression("^\\{[0-9a-f-]{36}\\}$").match(id).hasMatch());
-        const auto session = QRegularExpression("sessionId\":\"([0-9a-f-]{36})\"");
-        const auto languages = QJsonArray::fromStringList(QLocale::system().uiLanguages());
-        const QString base =
-            QStringLiteral("{'anonymousId':'%1','context':{'app':{'build':'%2','name':'Mendrel',"
-                           "'version':'%7 %3'},'computerId':'%1','library':{'name':'Mendrel',"
-                           "'version':'1.0.0'},'os':{'name':'%4','version':'%5'},'sessionId':'%6'}")
-                .arg(id.mid(1, 36), Common::BuildVersion::buildNumberString(),
-                     Common::BuildVersion::majorMinorRevisionString(), QSysInfo::productType(),
-                     QSysInfo::productVersion(), session.match(m_server->bodies[0]).captured(1),
-                     Common::BuildType::buildTypeString());
-        const QString expected =
-            QStringLiteral("{'batch':[%1,'timestamp':%2,'type':'identify'},%1,'event':'Mendrel "
-                           "Session Started','properties':{'architectureBits':'%3',"
-                           "'selectedLanguage':'English','systemLanguages':%4},'timestamp':%2,"
-                           "'type':'track'},%1,'event':'Gr\u00FCn ?','properties':{'a':true,'b':"
-                           "2.5},'timestamp':%2,'type':'track'}],'sentAt':%2}")
-                .arg(base, "'2031-02-03T14:05:06'", Common::GetOSArchitectureBits(),
-                     QJsonDocument(languages).toJson(QJsonDocument::Compact));
-        QCOMPARE(m_server->bodies[0], QString(expected).replace('\'', '"'));
+        QCOMPARE(id, QUuid(id).toString());
+        const QString time = "\"timestamp\":\"2031-02-03T14:05:06\",\"type\":\"";
+        const QString request = m_server->requests[0].replace(id.mid(1, 36), "ID");
+        int at = 0;
+        for (const QString& part :
+             {QString("POST /v1/batch HTTP/1.1\r\n"),
+              QString("\r\nContent-Type: application/json\r\n"),
+              QString("\r\nAuthorization: Basic a+l5Og==\r\n"),
+              QString(
+                  "\r\n\r\n{\"batch\":[{\"anonymousId\":\"ID\",\"context\":{\"app\":{\"build\":"),
+              QString("},\"computerId\":\"ID\",\"library\":{\"name\":\"Mendrel\",\"version\":\"1.0."
+                      "0\"}"),
+              time + "identify\"},{\"anonymousId\":\"ID\"",
+              QString("\"Mendrel Session Started\",\"properties\":{\"architectureBits\":\""),
+              time + "track\"},{\"anonymousId\":\"ID\"",
+              "\"Gr\u00FCn ?\",\"properties\":{\"a\":true,\"b\":2.5}," + time +
+                  "track\"}],\"sentAt\":"}) {
+            QVERIFY2(request.indexOf(part, at) >= at, qPrintable(part + " in " + request.mid(at)));
+            at = request.indexOf(part, at);
+        }
     }
 
     // One event loop fires its timers in the order of their due times, on a busy machine too.
     void laterMessagesDoNotDelayThePost()
     {
         QCOMPARE(AnalyticsSettings().flushInterval, 10'000);
-        QVERIFY(AnalyticsSettings().endpoint.toString().startsWith("https://"));
+        QCOMPARE(AnalyticsSettings().endpoint.scheme(), QStringLiteral("https"));
         QStringList order;
         const auto note = [&order](const char* what) {
             return [&order, what] {
@@ -146,7 +124,7 @@ private slots:
         trickle.start(10);
         QTRY_VERIFY_WITH_TIMEOUT(order.size() >= 4, patience);
         QCOMPARE(order.mid(0, 4), QStringList({"early", "post", "late", "post"}));
-        QTRY_VERIFY_WITH_TIMEOUT(m_server->bodies.value(0).contains("\"event\":\"x\""), patience);
+        QTRY_VERIFY_WITH_TIMEOUT(m_server->requests.value(0).contains("\"x\""), patience);
     }
 
     void moreThanTwoHundredThousandBytesGoAtOnce()
@@ -154,40 +132,30 @@ private slots:
         m_settings.flushInterval = 60'000;
         SLog log(m_settings);
         for (const int bytes : {198'000, 200'000}) {
-            m_server->bodies.clear();
+            m_server->requests.clear();
             log.startLogging("key");
             log.track("Large", {{"text", QString(bytes / 2, QChar(0xE9))}}); // 2 bytes in UTF-8
             log.track("Next");
             log.stopLogging();
-            QTRY_VERIFY_WITH_TIMEOUT(m_server->bodies.join(' ').contains("Next"), patience);
-            QCOMPARE(m_server->bodies.filter("Large").filter("Next").size(), bytes < 200'000);
+            QTRY_VERIFY_WITH_TIMEOUT(m_server->requests.join(' ').contains("Next"), patience);
+            QCOMPARE(m_server->requests.filter("Large").filter("Next").size(), bytes < 200'000);
         }
     }
 
-    void aFailedPostIsReportedAndNotRepeated_data()
-    {
-        QTest::addColumn<QByteArray>("response");
-        QTest::addColumn<QString>("error");
-        QTest::newRow("refused") << QByteArray("HTTP/1.1 500 No\r\nContent-Length: 0\r\n\r\n")
-                                 << "InternalServerError";
-        QTest::newRow("closed") << QByteArray() << "(ContentReSend|RemoteHostClosed)Error";
-        QTest::newRow("silent") << QByteArray("HTTP/1.1 200 OK\r\n") << "OperationCanceledError";
-    }
     void aFailedPostIsReportedAndNotRepeated()
     {
-        QFETCH(QByteArray, response);
-        m_server->response = response;
-        m_settings.responseTimeout = response.endsWith("OK\r\n") ? 100 : patience;
-        SLog log(m_settings);
-        log.startLogging("key");
-        log.stopLogging();
-        QTRY_COMPARE_WITH_TIMEOUT(m_log.count("ERROR"), 2, patience);
-        QFETCH(QString, error);
-        const QRegularExpression line("ERROR Error in network reply in SLog: QNetworkReply::" +
-                                      error);
-        QVERIFY2(line.match(m_log.messages().at(0)).hasMatch(), qPrintable(m_log.messages()[0]));
-        QVERIFY(m_log.messages().at(1).size() > 10);
-        QCOMPARE(m_server->bodies.size(), 1);
+        for (const char* response :
+             {"HTTP/1.1 500 No\r\nContent-Length: 0\r\n\r\n", "", "silence"}) {
+            init();
+            m_server->response = response;
+            m_settings.responseTimeout = strcmp(response, "silence") == 0 ? 100 : patience;
+            SLog log(m_settings);
+            log.startLogging("key");
+            log.stopLogging();
+            QTRY_COMPARE_WITH_TIMEOUT(m_log.count("ERROR"), 2, patience);
+            QVERIFY(m_log.contains("ERROR", "Error in network reply in SLog: QNetworkReply::"));
+            QCOMPARE(m_server->requests.size(), 1);
+        }
     }
 };
 
