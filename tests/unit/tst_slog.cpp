@@ -25,20 +25,16 @@ public:
     {
         connect(this, &QTcpServer::newConnection, this, [this] {
             QTcpSocket* socket = nextPendingConnection();
-            connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { receive(*socket); });
+            connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                if (!socket->peek(socket->bytesAvailable()).endsWith("T14:05:06\"}"))
+                    return;
+                requests << QString::fromLatin1(socket->readAll());
+                socket->write(response);
+                if (response.isEmpty())
+                    socket->close();
+            });
         });
         listen(QHostAddress::LocalHost);
-    }
-
-private:
-    void receive(QTcpSocket& socket)
-    {
-        if (!socket.peek(socket.bytesAvailable()).endsWith("\"sentAt\":\"2031-02-03T14:05:06\"}"))
-            return;
-        requests << QString::fromLatin1(socket.readAll());
-        socket.write(response);
-        if (response.isEmpty())
-            socket.close();
     }
 };
 
@@ -58,9 +54,8 @@ private slots:
         m_server = new Server(this);
         m_settings.endpoint =
             QUrl(QStringLiteral("http://127.0.0.1:%1/v1/batch").arg(m_server->serverPort()));
-        m_settings.now = [] {
-            return QDateTime({2031, 2, 3}, {14, 5, 6, 789});
-        };
+        m_settings.now =
+            std::bind([](auto moment) { return moment; }, QDateTime({2031, 2, 3}, {14, 5, 6}));
         m_log.clear();
     }
 
@@ -77,30 +72,20 @@ private slots:
         log.stopLogging();
         log.track("after", {});
         QTRY_COMPARE_WITH_TIMEOUT(m_server->requests.size(), 1, patience);
-        QCOMPARE(m_log.messages(),
-                 QStringList("ERROR Initialized Segment logging multiple times; doing nothing in "
-                             "startLogging"));
+        QVERIFY(m_log.contains("ERROR", "multiple times; doing nothing in startLogging"));
         const QString id = QSettings().value("SLog/ComputerId").toString();
         QCOMPARE(id, QUuid(id).toString());
-        const QString time = "\"timestamp\":\"2031-02-03T14:05:06\",\"type\":\"";
-        const QString request = m_server->requests[0].replace(id.mid(1, 36), "ID");
-        int at = 0;
-        for (const QString& part :
-             {QString("POST /v1/batch HTTP/1.1\r\n"),
-              QString("\r\nContent-Type: application/json\r\n"),
-              QString("\r\nAuthorization: Basic a+l5Og==\r\n"),
-              QString(
-                  "\r\n\r\n{\"batch\":[{\"anonymousId\":\"ID\",\"context\":{\"app\":{\"build\":"),
-              QString("},\"computerId\":\"ID\",\"library\":{\"name\":\"Mendrel\",\"version\":\"1.0."
-                      "0\"}"),
-              time + "identify\"},{\"anonymousId\":\"ID\"",
-              QString("\"Mendrel Session Started\",\"properties\":{\"architectureBits\":\""),
-              time + "track\"},{\"anonymousId\":\"ID\"",
-              "\"Gr\u00FCn ?\",\"properties\":{\"a\":true,\"b\":2.5}," + time +
-                  "track\"}],\"sentAt\":"}) {
-            QVERIFY2(request.indexOf(part, at) >= at, qPrintable(part + " in " + request.mid(at)));
-            at = request.indexOf(part, at);
-        }
+        const QString sent = m_server->requests[0].replace(id.mid(1, 36), "ID").replace('"', '\'');
+        const QString parts = QStringLiteral(R"(POST /v1/batch HTTP/1.1
+Content-Type: application/json
+Authorization: Basic a+l5Og==
+{'batch':[{'anonymousId':'ID','context':{'app':{'build':
+},'computerId':'ID','library':{'name':'Mendrel','version':'1.0.0'}
+'timestamp':'2031-02-03T14:05:06','type':'identify'},{'anonymousId':'ID'
+'Mendrel Session Started','properties':{'architectureBits':'
+'Grün ?','properties':{'a':true,'b':2.5},'timestamp':'2031-02-03T14:05:06','type':'track'}],'sentAt')");
+        for (const QString& part : parts.split('\n'))
+            QVERIFY2(sent.contains(part), qPrintable(part + " in " + sent));
     }
 
     // One event loop fires its timers in the order of their due times, on a busy machine too.
@@ -109,16 +94,11 @@ private slots:
         QCOMPARE(AnalyticsSettings().flushInterval, 10'000);
         QCOMPARE(AnalyticsSettings().endpoint.scheme(), QStringLiteral("https"));
         QStringList order;
-        const auto note = [&order](const char* what) {
-            return [&order, what] {
-                order << what;
-            };
-        };
         m_settings.flushInterval = 100;
-        QTimer::singleShot(80, Qt::PreciseTimer, this, note("early"));
+        QTimer::singleShot(80, Qt::PreciseTimer, this, [&] { order << "early"; });
         Common::SLogSingleton session("key", m_settings, [](auto...) {});
-        connect(&session, &Common::SLogSingleton::flush, this, note("post"));
-        QTimer::singleShot(130, Qt::PreciseTimer, this, note("late"));
+        connect(&session, &Common::SLogSingleton::flush, this, [&] { order << "post"; });
+        QTimer::singleShot(130, Qt::PreciseTimer, this, [&] { order << "late"; });
         QTimer trickle;
         connect(&trickle, &QTimer::timeout, this, [&session] { session.emitTrack("x", {}, ""); });
         trickle.start(10);
