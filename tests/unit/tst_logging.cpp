@@ -3,6 +3,7 @@
 #include "Common/Logging/IniDocument.h"
 #include "Common/Logging/LoggingConfiguration.h"
 #include "Common/Logging/LoggingStartup.h"
+#include "Common/Logging/SettingsFileWatcher.h"
 #include "qslog/DebugOutputDestination.h"
 #include "qslog/FileDestination.h"
 #include "qslog/Log.h"
@@ -52,6 +53,7 @@ class LoggingTest : public QObject
 private slots:
     void initTestCase()
     {
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
             debugMessages << text;
         });
@@ -233,7 +235,7 @@ private slots:
                    QTest::qWaitFor([&] { return levelOf("User") == level; }, 30'000);
         };
         Common::startLogging({logs, shipped, user}, false);
-        QVERIFY(!QCoreApplication::instance()->findChild<QFileSystemWatcher*>());
+        QVERIFY(!QCoreApplication::instance()->findChild<Common::SettingsFileWatcher*>());
         Common::startLogging({logs, shipped, user}, true);
         QCOMPARE(levelOf("User"), 1);
         QCOMPARE(levelOf("Shipped"), 4);

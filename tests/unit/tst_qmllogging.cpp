@@ -5,7 +5,6 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QTextCodec>
 #include <QtTest>
 
 class tst_qmllogging : public QObject
@@ -59,7 +58,8 @@ FATAL:8 ASSERT too hot)"));
         QsLogging::getLogger("Threshold")->setLoggingLevel(QsLogging::Level::Fatal);
         for (const char* level : {"4", "5", "6", "9", "-1"})
             run(QByteArray("Component.onCompleted: QsLog.FLog.log(") + level + ", 1, 'Threshold')");
-        QCOMPARE(log.lines().size(), 4);
+        QCOMPARE(log.lines().replaceInStrings(QRegularExpression(" qml.*"), "").join('|'),
+                 QStringLiteral("FATAL|     |     |     "));
     }
 };
 

@@ -112,8 +112,6 @@ private slots:
             {Paths::userSettingsFilename("L.ini"), data + "/Settings/L.ini"},
             {Paths::logDirectory(), data + "/Logs"},
             {Paths::fileInDirectory("/a/b", "/x/y"), "/x/y"},
-            {Paths::urlFromAbsoluteFilePath("/tmp/a b#c.txt"), "file:///tmp/a b%23c.txt"},
-            {Paths::absoluteFilePathFromURL(QUrl("file:///tmp/b%23c")), "/tmp/b#c"},
             {Paths::filesInDirectoryTree(m_files.path("tree")).join(' '), file},
             {BuildType::isPublic() ? "release" : type, type},
             {BuildOS::buildOSString(), "linux"},
