@@ -2,10 +2,10 @@
 .import QsLog 1.0 as QsLog
 .import "LoggingUtils.js" as LoggingUtils
 
-// The depths count the functions between callingLine and the caller that is to be named, so each
+// A depth counts the functions from callingLine up to the caller that the line names. So each
 // function here calls log() directly, and as a statement: a returned call may leave no stack frame.
 
-// Writes one line through the logger of that tag, or of the calling file when there is none.
+// Writes one line through the logger of that tag or, without a tag, of the calling file.
 function log(level, message, tag, depth) {
     var loc = LoggingUtils.callingLine(depth || 2);
     QsLog.QsLogHelpers.qml_QsLog(tag || loc.baseUrl, level, loc.method, loc.url, loc.line, message);
@@ -40,8 +40,8 @@ function off(message) {
     log(QsLog.QsLogHelpers.Off, message, undefined, 3);
 }
 
-// Logs that an assertion failed and returns the text, with its place, for the caller to act on. For
-// checking functions: the place is that of the function that called the one which calls assert.
+// Logs a failed assertion and returns its place and text. Does not stop the program. Meant for
+// checking functions: the place is the caller of the function that calls assert.
 function assert(message) {
     var text = message === undefined ? "ASSERT failed" : "ASSERT " + message;
     log(QsLog.QsLogHelpers.Fatal, text, undefined, 4);

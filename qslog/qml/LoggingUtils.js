@@ -7,9 +7,9 @@ function basename(path) {
     return components[components.length - 1].replace(/\.[^.]*$/, "");
 }
 
-// Where a function on the stack stands: 0 is callingLine itself, 1 (the default) its caller. Beyond
-// the outermost function, that one. The record's members are texts: method, url, line, relativeUrl,
-// and baseUrl, which is the name of the file's logger.
+// The place of a function on the stack: 0 is callingLine itself, 1 (the default) its caller; a depth
+// beyond the outermost function gives that function. All members of the record are texts: method,
+// url, line, relativeUrl, and baseUrl, the name of the file's logger.
 function callingLine(i) {
     var depth = i === undefined ? 1 : i;
     var stack = [];

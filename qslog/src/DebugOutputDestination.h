@@ -4,8 +4,9 @@
 
 namespace QsLogging {
 
-/// Writes lines to the platform's debugger output channel, with colours only when colours() is set.
-/// Takes no lock; the channel serialises by itself. Any thread.
+/// Writes lines to the platform's unbuffered diagnostic channel: the debugger on Windows, standard
+/// error elsewhere. Keeps colours only when colours() is set. Takes no lock; the channel serialises
+/// by itself. Any thread.
 class DebugOutputDestination : public Destination
 {
 public:
@@ -15,5 +16,9 @@ public:
 
 /// A new destination with colours off. The caller keeps it and shares it.
 std::shared_ptr<DebugOutputDestination> debugOutputDestination();
+
+/// Makes a channel without a reader discard what is written to it. Without this call, on systems
+/// with SIGPIPE, a closed pipe behind standard error ends the process. Call once, first in main().
+void surviveClosedDebugOutput();
 
 } // namespace QsLogging

@@ -1,7 +1,5 @@
 #include "qslog/FileDestination.h"
 
-#include "qslog/AnsiColours.h"
-
 #include <QFileInfo>
 
 #include <map>
@@ -36,7 +34,7 @@ void FileDestination::write(const QString& message, Level)
         return;
     *m_stream << plain << '\n';
     m_stream->flush();
-    // A full disk fails one flush; the stream would refuse every later line as well.
+    // A stream keeps its error and then refuses every later line: one full disk would silence it.
     m_stream->resetStatus();
 }
 
@@ -55,13 +53,13 @@ bool FileDestination::rotate()
 bool FileDestination::rotateLocked()
 {
     const QString path = m_file->fileName();
-    // A directory under this name was never ours; moving it away would take all its files along.
+    // A directory of this name is not a log: renaming it would move all its files.
     if (QFileInfo(path).isDir())
         return false;
     const QString oldPath = path + QStringLiteral(".old");
     if (QFile::exists(oldPath))
         QFile::remove(oldPath);
-    // Closed first: Windows does not rename an open file.
+    // Windows does not rename an open file.
     m_stream.reset();
     m_file->close();
     const bool moved = QFile::rename(path, oldPath);
@@ -80,7 +78,7 @@ bool FileDestination::setMaxSize(qint64 bytes)
 
 std::shared_ptr<FileDestination> fileDestinationFor(const QString& path)
 {
-    // Never destroyed: loggers write until the very end of the process.
+    // Never destroyed: threads may log while the process ends.
     static std::mutex& mutex = *new std::mutex;
     static auto& destinations = *new std::map<QString, std::shared_ptr<FileDestination>>;
 

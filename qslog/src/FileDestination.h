@@ -8,26 +8,28 @@
 namespace QsLogging {
 
 /// Appends plain lines, without colours, to a text file in UTF-8 and flushes each one. Keeps one
-/// generation of old log beside the file, with ".old" added to its name. Any thread.
+/// previous log beside the file, with ".old" added to its name. Any thread.
 class FileDestination : public Destination
 {
 public:
-    /// Opens the file for appending, creating it when absent. When that fails the destination stays
-    /// invalid and drops what it is given.
+    /// Opens the file for appending and creates it when absent. If that fails, the destination
+    /// stays invalid and drops its lines.
     explicit FileDestination(const QString& path);
 
+    /// Writes and flushes one line. A line that a full disk refuses is lost; the next one is tried
+    /// again.
     void write(const QString& message, Level level) override;
 
     /// True when the file is open.
     bool isValid() override;
 
-    /// Moves the file to its ".old" name, replacing an earlier one, and opens a fresh one. False,
-    /// with nothing changed but the earlier ".old" gone, when the move fails.
+    /// Renames the file to its ".old" name, replacing an earlier one, and opens an empty one. False
+    /// if the rename fails: only the earlier ".old" is gone then.
     bool rotate() override;
 
-    /// Sets the size in bytes past which the next line rotates the file; below 1 there is no limit,
-    /// which is also the initial state. A file that is larger already is rotated at once. Always
-    /// answers true.
+    /// Sets the size in bytes past which the next line rotates the file. Below 1 there is no limit,
+    /// which is also the initial state. Rotates at once if the file is larger already. Always
+    /// returns true.
     bool setMaxSize(qint64 bytes);
 
 private:
@@ -39,8 +41,8 @@ private:
     qint64 m_maxSize = -1;
 };
 
-/// The destination for a file: one object per absolute path for the life of the process. A new one
-/// opens its file at once. Any thread.
+/// The destination for a file: one object per absolute path for the life of the process. The first
+/// request opens the file. Any thread.
 std::shared_ptr<FileDestination> fileDestinationFor(const QString& path);
 
 } // namespace QsLogging

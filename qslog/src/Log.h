@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qslog/Logger.h"
+#include "qslog/LoggerRegistry.h"
 #include "qslog/MessageBuilder.h"
 
 /// The logging call: `QLOG_INFO() << "Schema Version:" << version;` writes one line through the
@@ -20,16 +20,13 @@
 
 namespace QsLogging {
 
-/// The logger of a source file, for the logging call. Owned by the registry for the life of the
-/// process. Any thread.
-Logger* callSiteLogger(const char* file);
-
-/// The same, looked up once for each type of @p file: once per call site, where it is a lambda that
-/// answers the file's name.
+/// The logger of a source file, looked up once for each type of @p file: once per call site, where
+/// it is a lambda that returns the file's name. Owned by the registry for the life of the process.
+/// Any thread.
 template <typename File>
 Logger* loggerOfCallSite(File file)
 {
-    static Logger* const logger = callSiteLogger(file());
+    static Logger* const logger = getLogger(loggerNameOf(file())).get();
     return logger;
 }
 

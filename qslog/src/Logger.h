@@ -8,7 +8,7 @@
 
 namespace QsLogging {
 
-/// One named source of log lines: a threshold and an ordered list of destinations. Made by
+/// One named source of log lines: a threshold and an ordered list of destinations. Created by
 /// getLogger(), shared, and never destroyed while the process runs. Any thread.
 class Logger
 {
@@ -17,20 +17,20 @@ public:
     Logger(const Logger&) = delete;
     Logger& operator=(const Logger&) = delete;
 
-    /// The threshold, read and written without a lock.
+    /// The threshold. Read and written without a lock.
     Level loggingLevel() const { return m_level.load(std::memory_order_relaxed); }
     void setLoggingLevel(Level level) { m_level.store(level, std::memory_order_relaxed); }
 
     /// Whether a message of that level is written.
     bool admits(Level level) const { return loggingLevel() <= level; }
 
-    /// Appends the destination unless this very object is in the list already.
+    /// Appends the destination unless this very object is already in the list.
     void addDestination(const P_Destination& destination);
 
-    /// Takes this very object out of the list; nothing happens when it is not there.
+    /// Removes this very object from the list. Does nothing if it is absent.
     void removeDestination(const P_Destination& destination);
 
-    /// Hands one finished line to every destination in list order. Does not look at the threshold.
+    /// Hands one finished line to every destination in list order. Ignores the threshold.
     void dispatch(const QString& line, Level level);
 
 private:

@@ -6,8 +6,8 @@
 #include <QDir>
 #include <QQmlEngine>
 
-// A static library's resources are linked only when something asks for them, and the call must
-// stand outside of any namespace.
+// The linker drops a static library's resources unless something refers to them. The macro works
+// only outside of namespaces.
 static void initializeResources()
 {
     Q_INIT_RESOURCE(qslog);
@@ -33,7 +33,7 @@ void QsLogHelpers::qml_QsLog(const QString& tag, int level, const QString& metho
         return;
     const QString origin = QsLogging::originText(qml_RelativeSrcDir(url), line, method);
     QsLogging::MessageBuilder builder(mapped, tag);
-    // Text objects would be put in quotes, and 8-bit text is UTF-8 to the stream on every platform.
+    // Text objects would be quoted; the stream takes 8-bit text as UTF-8 on every platform.
     builder.stream() << origin.toUtf8().constData() << message.toUtf8().constData();
 }
 

@@ -7,8 +7,8 @@ class QQmlEngine;
 
 namespace QsLog {
 
-/// What the JavaScript module "qslog" calls to log; the singleton QsLogHelpers of the QML module
-/// "QsLog" 1.0. No state; QML calls it on the engine's thread.
+/// The native side of the JavaScript module "qslog": singleton QsLogHelpers of the QML module
+/// "QsLog" 1.0. Stateless; called on the engine's thread.
 class QsLogHelpers : public QObject
 {
     Q_OBJECT
@@ -31,16 +31,16 @@ public:
 
     /// Writes one line through the logger named @p tag, unless its threshold is higher.
     /// @param level 0 to 5; anything else counts as Off, which passes every threshold
-    /// @param method, url, line the place of the call, as the line names it
+    /// @param method, url, line the place of the call, as the line shows it
     Q_INVOKABLE void qml_QsLog(const QString& tag, int level, const QString& method,
                                const QString& url, const QString& line, const QString& message);
 
-    /// The path as seen from the root of the sources, which is empty: the current directory.
+    /// The path relative to the root of the sources, which is empty: the current directory.
     Q_INVOKABLE QString qml_RelativeSrcDir(const QString& file);
 };
 
 /// Makes `import qslog 1.0` work in documents of that engine: registers the module's resources and
-/// the singleton, and adds the import path. May be called again. The engine's thread.
+/// the singleton, and adds the import path. May be called repeatedly. The engine's thread.
 void registerQmlLogging(QQmlEngine& engine);
 
 } // namespace QsLog

@@ -1,6 +1,6 @@
 #include "FakeLogging.h"
 
-#include "qslog/DebugOutput.h"
+#include "qslog/DebugOutputDestination.h"
 #include "qslog/FileDestination.h"
 #include "qslog/LoggerRegistry.h"
 
@@ -83,9 +83,14 @@ bool FileDestination::setMaxSize(qint64 bytes)
     return true;
 }
 
-void sendToDebugOutput(const QString&)
+void DebugOutputDestination::write(const QString&, Level)
 {
     ++FakeLogging::instance().linesOnConsole;
+}
+
+std::shared_ptr<DebugOutputDestination> debugOutputDestination()
+{
+    return std::make_shared<DebugOutputDestination>();
 }
 
 } // namespace QsLogging

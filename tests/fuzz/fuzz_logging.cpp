@@ -87,7 +87,7 @@ void checkLoggers(const IniDocument& document, bool debugLevels)
     for (const auto& [name, logger] : made.loggers)
         logger->dispatch(QStringLiteral("line"), Level::Info);
     const int loggers = int(made.loggers.size());
-    require(made.linesInFiles <= loggers * made.files.size() && made.linesOnConsole <= 2 * loggers,
+    require(made.linesInFiles <= loggers * made.files.size() && made.linesOnConsole <= loggers,
             "a destination gets a logger's line once");
 }
 

@@ -1,6 +1,5 @@
 #include "support/LogCapture.h"
 
-#include "qslog/AnsiColours.h"
 #include "qslog/LoggerRegistry.h"
 
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
 #include "Common/BuildVersion.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "Common/Paths.h"
-#include "qslog/DebugOutput.h"
+#include "qslog/DebugOutputDestination.h"
 #include "qslog/Log.h"
 #include "shell/InstanceGuard.h"
 #include "shell/Translation.h"

@@ -18,7 +18,7 @@ class InflateStream
 public:
     explicit InflateStream(const QByteArray& input)
     {
-        // zlib reads the input only; its interface predates const.
+        // zlib only reads the input; its interface lacks const.
         m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input.constData()));
         m_stream.avail_in = static_cast<uInt>(input.size());
         m_ready = inflateInit(&m_stream) == Z_OK;
@@ -38,14 +38,14 @@ public:
         QByteArray output;
         for (;;) {
             const int used = output.size();
-            // One byte beyond the maximum is room enough to tell that there is more.
-            const int room =
+            // One byte beyond the maximum shows that the output is too long.
+            const int step =
                 static_cast<int>(std::min<qint64>(outputStep, qint64(maximumSize) - used + 1));
-            output.resize(used + room);
+            output.resize(used + step);
             m_stream.next_out = reinterpret_cast<Bytef*>(output.data() + used);
-            m_stream.avail_out = static_cast<uInt>(room);
+            m_stream.avail_out = static_cast<uInt>(step);
             const int result = inflate(&m_stream, Z_NO_FLUSH);
-            output.resize(used + room - static_cast<int>(m_stream.avail_out));
+            output.resize(used + step - static_cast<int>(m_stream.avail_out));
             if (output.size() > maximumSize)
                 return std::nullopt;
             if (result == Z_STREAM_END)
@@ -69,7 +69,7 @@ std::optional<QByteArray> boundedUncompress(const QByteArray& compressed, int ma
     const auto statedSize = qFromBigEndian<quint32>(compressed.constData());
     if (statedSize > static_cast<quint32>(maximumSize))
         return std::nullopt;
-    // qCompress() of nothing is the prefix alone.
+    // qCompress() of no data is the prefix alone.
     if (compressed.size() == lengthPrefixSize)
         return statedSize == 0 ? std::optional<QByteArray>(QByteArray()) : std::nullopt;
     const QByteArray stream = compressed.mid(lengthPrefixSize);

@@ -6,10 +6,10 @@
 
 namespace Common {
 
-/// Unpacks what qCompress() made: a 4-byte big-endian length, then a zlib stream. Unlike
-/// qUncompress(), which takes the stated length as a hint and grows without end, it never holds
-/// more than maximumSize bytes of output. Empty when the stream is damaged, ends early, or its
-/// stated or real length is above the maximum. Pure; any thread.
+/// Unpacks the output of qCompress(): a 4-byte big-endian length, then a zlib stream. Holds at most
+/// @p maximumSize bytes of output plus one; qUncompress() takes the stated length as a hint and
+/// grows without limit. None if the stream is damaged, ends early, or its stated or real length
+/// exceeds the maximum. Pure; any thread.
 std::optional<QByteArray> boundedUncompress(const QByteArray& compressed, int maximumSize);
 
 } // namespace Common

@@ -4,8 +4,8 @@
 
 namespace Common {
 
-/// The system that this program was built for, for QML (singleton BuildOS) and for native code.
-/// Constants but for the architecture, which is asked of the running system. Any thread.
+/// The target system of this build, for QML (singleton BuildOS) and for native code. Constants,
+/// except for the architecture, which the running system reports. Any thread.
 class BuildOS : public QObject
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
     /// "win", "mac" or "linux".
     Q_INVOKABLE static QString buildOSString();
 
-    /// What GetOSArchitectureBits() answers.
+    /// The result of GetOSArchitectureBits().
     Q_INVOKABLE static QString buildArchitectureBitsString();
 };
 

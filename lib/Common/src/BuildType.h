@@ -12,7 +12,7 @@ class BuildType : public QObject
 public:
     using QObject::QObject;
 
-    /// Whether the build is meant for customers: a release is.
+    /// Whether the build is meant for customers: true for a release.
     Q_INVOKABLE static bool isPublic();
     Q_INVOKABLE static bool isRelease();
     Q_INVOKABLE static bool isRC();

@@ -23,7 +23,7 @@ public:
     /// The build part of the version number, in decimal without padding.
     Q_INVOKABLE static QString buildNumberString();
 
-    /// The source revision: 40 hexadecimal digits, all zeros when it was not known.
+    /// The source revision: 40 hexadecimal digits, all zeros if unknown.
     Q_INVOKABLE static QString buildGitCommit();
 };
 

@@ -12,7 +12,7 @@ class CppToQml : public QObject
 public:
     using QObject::QObject;
 
-    /// The hook that QML's assertions call. It does nothing in this build, whatever `test` is.
+    /// Called by QML assertions. Does nothing in this build, whatever @p test is.
     Q_INVOKABLE static void qml_assert(bool test, const QString& method, const QString& file,
                                        int line, const QString& message);
 };

@@ -5,10 +5,10 @@
 
 namespace Common {
 
-/// The application's two fonts, for QML (creatable type FontHelper). They come from the files that
-/// the application ships as the resources ":/fonts/ProximaNova-Regular" and
-/// ":/fonts/ProximaNova-Bold"; when one of them cannot be loaded, both stay the framework's default
-/// font and a warning is logged. Needs the GUI application object; GUI thread.
+/// The application's two fonts, for QML (creatable type FontHelper), loaded from the resources
+/// ":/fonts/ProximaNova-Regular" and ":/fonts/ProximaNova-Bold". If one of them cannot be loaded,
+/// both stay the framework's default font and a warning is logged. Needs the GUI application
+/// object; GUI thread.
 class FontHelper : public QObject
 {
     Q_OBJECT

@@ -115,12 +115,12 @@ QString Paths::relativePath(const QString& directory, const QString& path)
 QStringList Paths::filesInDirectoryTree(const QString& rootDirectory)
 {
     QStringList files;
-    // An iterator on an empty path would walk the current directory.
+    // An empty path would mean the current directory.
     if (rootDirectory.isEmpty())
         return files;
-    QDirIterator walk(rootDirectory, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (walk.hasNext())
-        files.append(walk.next());
+    QDirIterator iterator(rootDirectory, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (iterator.hasNext())
+        files.append(iterator.next());
     return files;
 }
 

@@ -7,10 +7,10 @@
 
 namespace Common {
 
-/// The one place that knows where the program's files live, for QML (singleton Paths) and for
-/// native code. Results are absolute paths with forward slashes unless stated. Joining a directory
-/// with a name appends a relative name and lets an absolute one replace the directory. Nothing here
-/// creates a directory. No state: each call computes its answer afresh; any thread.
+/// The locations of the program's files, for QML (singleton Paths) and for native code. Results are
+/// absolute paths with forward slashes unless stated. Joining a directory with a name appends a
+/// relative name; an absolute name replaces the directory. Creates no directories. Stateless; any
+/// thread.
 class Paths : public QObject
 {
     Q_OBJECT
@@ -46,8 +46,8 @@ public:
     /// Where log files go: "Logs" in the data directory.
     Q_INVOKABLE static QString logDirectory();
 
-    /// The source tree on the machine that built the program. A package names a conventional place
-    /// instead (ASU_SOURCES_DIRECTORY), so that it does not depend on that machine.
+    /// The source tree on the build machine. Packages set a conventional path instead
+    /// (ASU_SOURCES_DIRECTORY), to be independent of that machine.
     Q_INVOKABLE static QString sourcesDirectory();
 
     /// The "file:" URL of a local path, as text.
@@ -61,12 +61,12 @@ public:
 
     Q_INVOKABLE static QString fileInDirectory(const QString& directory, const QString& filename);
 
-    /// The path as seen from the directory.
+    /// The path relative to the directory.
     Q_INVOKABLE static QString relativePath(const QString& directory, const QString& path);
 
-    /// Every regular file below the directory, hidden ones too, each as the root followed by its
-    /// relative path, in the order of the walk; links to directories are not followed. Empty for a
-    /// directory that is missing or empty.
+    /// Every regular file below the directory, including hidden ones, each as the root followed by
+    /// its relative path, in no particular order. Links to directories are not followed. Empty if
+    /// the directory is missing or empty.
     Q_INVOKABLE static QStringList filesInDirectoryTree(const QString& rootDirectory);
 
     /// Whether every URL names an existing regular file on this machine; true for an empty list.

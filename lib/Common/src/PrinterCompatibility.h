@@ -2,8 +2,8 @@
 
 #include <QObject>
 
-/// Answers to the question whether a printer, its firmware and the desktop program fit together,
-/// for QML (type PrinterCompatibility, not creatable). The updater itself gives them no meaning.
+/// Results of a compatibility check between a printer, its firmware and the desktop program, for
+/// QML (type PrinterCompatibility, not creatable). The updater itself does not use them.
 class PrinterCompatibility : public QObject
 {
     Q_OBJECT

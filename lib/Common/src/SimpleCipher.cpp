@@ -57,7 +57,7 @@ void unscramble(QByteArray& bytes, const QVector<quint8>& keyParts)
     }
 }
 
-// Takes the integrity bytes off the front; false when they are missing or do not fit the rest.
+// Removes the integrity bytes from the front. False if they are missing or do not match the rest.
 bool takeIntegrityBytes(QByteArray& bytes, quint8 flags)
 {
     if ((flags & (checksumFlag | hashFlag)) == 0)

@@ -6,13 +6,13 @@
 
 namespace Common {
 
-/// The key of everything that ships enciphered with the program.
+/// The key of all enciphered data that ships with the program.
 constexpr quint64 defaultCipherKey = 0x5A2E7B19;
 
-/// A light scrambler for data that ships with the program: obfuscation, not cryptography. It wraps
+/// A light scrambler for data that ships with the program: obfuscation, not cryptography. Wraps
 /// data in an envelope: version 3, a flags byte, and then, scrambled with the key, a random byte, a
-/// checksum or digest of the stored payload, and the payload, which may be compressed. The byte
-/// layout is fixed, because shipped files have it. A value of one thread.
+/// checksum or digest of the stored payload, and the payload, which may be compressed. Shipped
+/// files depend on this byte layout. Each object belongs to one thread.
 class SimpleCipher
 {
 public:
@@ -31,15 +31,15 @@ public:
     enum class Error
     {
         NoError = 0,
-        NoKeySet = 1,       ///< made without a key
+        NoKeySet = 1,       ///< created without a key
         UnknownVersion = 2, ///< not an envelope of version 3
         IntegrityFailed = 3 ///< damaged, or unpacks to more than maximumPlainSize()
     };
 
-    /// A cipher without a key: both directions answer NoKeySet.
+    /// A cipher without a key: both directions fail with NoKeySet.
     SimpleCipher();
 
-    /// A cipher with automatic compression and a checksum. Every cipher made reseeds the process's
+    /// A cipher with automatic compression and a checksum. Every construction reseeds the process's
     /// pseudo-random generator from the clock.
     explicit SimpleCipher(quint64 key);
 
@@ -48,15 +48,15 @@ public:
     ProtectionMode protectionMode() const { return m_protectionMode; }
     void setProtectionMode(ProtectionMode mode) { m_protectionMode = mode; }
 
-    /// How many bytes a compressed payload may unpack to; 256 MiB at first.
+    /// The number of bytes that a compressed payload may unpack to. Initially 256 MiB.
     int maximumPlainSize() const { return m_maximumPlainSize; }
     void setMaximumPlainSize(int bytes) { m_maximumPlainSize = bytes; }
 
     /// The envelope of these bytes, or empty bytes without a key.
     QByteArray encryptToByteArray(QByteArray plain);
 
-    /// The bytes in this envelope, or empty bytes on an error; lastError() tells an error from an
-    /// empty payload.
+    /// The bytes in this envelope, or empty bytes on an error. lastError() distinguishes an error
+    /// from an empty payload.
     QByteArray decryptToByteArray(const QByteArray& envelope);
 
     /// As decryptToByteArray(), decoded as UTF-8.

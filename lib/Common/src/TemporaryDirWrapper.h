@@ -5,15 +5,14 @@
 
 namespace Common::File {
 
-/// A temporary directory that lives as long as a QML object (creatable type TemporaryDirWrapper).
-/// It is made in the system's temporary location together with the object, readable by its owner
-/// alone. When none can be made, a warning with the system's reason is logged and `path` is empty.
-/// GUI thread.
+/// A temporary directory with the lifetime of a QML object (creatable type TemporaryDirWrapper).
+/// Created with the object in the system's temporary location, accessible to its owner only. On
+/// failure, logs a warning with the system's reason; `path` is empty then. GUI thread.
 class TemporaryDirWrapper : public QObject
 {
     Q_OBJECT
-    /// Whether the directory and all in it are deleted with the object; true at first. The signal
-    /// comes with every write, whether or not the value changed.
+    /// Whether the directory and its contents are deleted with the object. Initially true. Every
+    /// write emits the signal, even without a change.
     Q_PROPERTY(bool autoRemove READ autoRemove WRITE setAutoRemove NOTIFY autoRemoveChanged)
     /// The directory's absolute path.
     Q_PROPERTY(QString path READ path CONSTANT)

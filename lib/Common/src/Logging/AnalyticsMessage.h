@@ -5,40 +5,41 @@
 #include <QString>
 #include <QVariantMap>
 
-/// The texts that the analytics service takes: messages, and the batch that carries them. Pure
-/// functions but for the facts of the build and of the running system. Any thread.
+/// The texts that the analytics service accepts: messages and the batch that carries them. Pure
+/// functions except for the facts of the build and of the running system. Any thread.
 namespace Common::Analytics {
 
-/// Who sends.
+/// The sender of messages.
 struct Sender
 {
     QString anonymousId;
-    QString userId; ///< may be empty: then it is not sent
+    QString userId; ///< sent unless empty
     QString sessionId;
 };
 
-/// A moment as the service gets it: local time, "yyyy-MM-ddTHH:mm:ss", no zone.
+/// Local time as the service expects it: "yyyy-MM-ddTHH:mm:ss", no zone.
 QString timestampText(const QDateTime& moment);
 
-/// A message that says who uses the program.
+/// A message that identifies the user.
 QVariantMap identifyMessage(const Sender& sender, const QString& computerId,
                             const QString& timestamp);
 
-/// A message that says what happened.
+/// A message that reports an event.
 QVariantMap trackMessage(const Sender& sender, const QString& computerId, const QString& timestamp,
                          const QString& event, const QVariantMap& properties);
 
-/// The facts of a session's start: the system's width and languages, and the program's language.
+/// Properties of the event that starts a session: the system's width and languages, and the
+/// program's language.
 QVariantMap sessionProperties();
 
-/// The bytes that a message takes as compact JSON.
+/// The size of a message as compact JSON, in bytes.
 int sizeOf(const QVariantMap& message);
 
-/// The body of a post: the messages in their order as compact JSON. It is narrowed to Latin-1,
-/// which the service expects: what lies outside becomes a question mark for each UTF-16 unit.
+/// The body of a post: the messages in their order as compact JSON, narrowed to Latin-1 as the
+/// service expects. Each UTF-16 unit outside Latin-1 becomes a question mark.
 QByteArray batchBody(const QVariantList& messages, const QString& sentAt);
 
-/// The value of the header Authorization: the key's Latin-1 bytes without a colon behind them.
+/// The value of the header Authorization: the key's Latin-1 bytes in Base64, no colon added.
 QByteArray authorization(const QString& writeKey);
 
 } // namespace Common::Analytics

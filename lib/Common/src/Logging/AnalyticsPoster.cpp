@@ -13,8 +13,8 @@ namespace Common::Analytics {
 
 namespace {
 
-// When a connection breaks off before the answer, the network manager sends the request again by
-// itself, unless the body cannot be rewound; the service may have taken it already.
+// When a connection breaks before the response, the network manager repeats the request unless its
+// body cannot be rewound. The service may have accepted it already.
 class OneTimeBody : public QIODevice
 {
 public:
@@ -44,10 +44,10 @@ private:
 } // namespace
 
 Poster::Poster(std::unique_ptr<QNetworkAccessManager> manager, const QUrl& endpoint,
-               int answerWithin, FailureReport report)
+               int responseTimeout, FailureReport report)
     : m_manager(std::move(manager))
     , m_endpoint(endpoint)
-    , m_answerWithin(answerWithin)
+    , m_responseTimeout(responseTimeout)
     , m_report(std::move(report))
 {
     connect(m_manager.get(), &QNetworkAccessManager::finished, this,
@@ -62,10 +62,10 @@ void Poster::post(const QByteArray& body, const QByteArray& authorization)
     auto data = std::make_unique<OneTimeBody>(body);
     QNetworkReply* reply = m_manager->post(request, data.get());
     data.release()->setParent(reply);
-    ++m_underWay;
+    ++m_pending;
     if (reply->error() != QNetworkReply::NoError)
         m_report("Error POSTing batched logging request:", reply->error(), reply->errorString());
-    QTimer::singleShot(m_answerWithin, reply, &QNetworkReply::abort);
+    QTimer::singleShot(m_responseTimeout, reply, &QNetworkReply::abort);
 }
 
 void Poster::on_QNetworkAccessManager_finished(QNetworkReply* reply)
@@ -73,19 +73,19 @@ void Poster::on_QNetworkAccessManager_finished(QNetworkReply* reply)
     if (reply->error() != QNetworkReply::NoError)
         m_report("Error in network reply in SLog:", reply->error(), reply->errorString());
     reply->deleteLater();
-    --m_underWay;
-    if (m_isOrphan && m_underWay == 0)
+    --m_pending;
+    if (m_isOrphan && m_pending == 0)
         deleteLater();
 }
 
 void Poster::deleteWhenIdle()
 {
     m_isOrphan = true;
-    if (m_underWay == 0) {
+    if (m_pending == 0) {
         deleteLater();
         return;
     }
-    // The network needs an event loop: without one the last posts are given up.
+    // The network needs an event loop: pending posts end with it.
     connect(thread(), &QThread::finished, this, &QObject::deleteLater);
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
             &QObject::deleteLater);

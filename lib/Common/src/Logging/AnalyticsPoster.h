@@ -10,29 +10,30 @@
 
 namespace Common::Analytics {
 
-/// Posts batches to the analytics service over HTTPS, each once, and never waits for an answer: a
-/// batch that fails is reported and lost. Certificates are checked against the system's
-/// authorities, and redirects are not followed. Lives on a thread with an event loop.
+/// Posts batches to the analytics service, each once, without blocking. A failed batch is reported
+/// and lost. Certificates are checked against the system's authorities; redirects are not followed.
+/// Lives on a thread with an event loop.
 class Poster : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Takes note of a failed post: what failed, how, and the network's text for it.
+    /// Called for a failed post with what failed, the error and the network's text for it.
     using FailureReport = std::function<void(const char* what, QNetworkReply::NetworkError error,
                                              const QString& text)>;
 
-    /// Lets the posts that are under way come to their end, then deletes the poster.
+    /// Lets pending posts finish, then deletes the poster.
     struct DeleteWhenIdle
     {
         void operator()(Poster* poster) const { poster->deleteWhenIdle(); }
     };
     using Owner = std::unique_ptr<Poster, DeleteWhenIdle>;
 
-    /// @param answerWithin milliseconds after which a post that is still unanswered is given up as
-    ///        failed, so that a silent server does not make them pile up
-    Poster(std::unique_ptr<QNetworkAccessManager> manager, const QUrl& endpoint, int answerWithin,
-           FailureReport report);
+    /// @param responseTimeout milliseconds after which a post without a response is aborted, so
+    /// that
+    ///        posts to a silent server do not accumulate
+    Poster(std::unique_ptr<QNetworkAccessManager> manager, const QUrl& endpoint,
+           int responseTimeout, FailureReport report);
 
     /// Sends a body with the given value of the header Authorization; returns at once.
     void post(const QByteArray& body, const QByteArray& authorization);
@@ -43,9 +44,9 @@ private:
 
     std::unique_ptr<QNetworkAccessManager> m_manager;
     QUrl m_endpoint;
-    int m_answerWithin;
+    int m_responseTimeout;
     FailureReport m_report;
-    int m_underWay = 0;
+    int m_pending = 0;
     bool m_isOrphan = false;
 };
 

@@ -20,7 +20,7 @@ std::optional<IniDocument> IniDocument::parse(const QByteArray& text)
     if (text.size() > maximumSize)
         return std::nullopt;
     IniDocument document;
-    // Decoded in one piece: each decoding skips a byte order mark, and only the first may go.
+    // Decoded in one piece: every decoding skips a byte order mark, and only the first is allowed.
     const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
     for (const QString& line : lines) {
         if (!document.parseLine(line.trimmed()))

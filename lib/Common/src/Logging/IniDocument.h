@@ -9,8 +9,7 @@
 
 namespace Common {
 
-/// One section of an INI text. Keys are matched without regard to case; of a repeated key the last
-/// value counts.
+/// One section of an INI text. Keys are case-insensitive; the last value of a repeated key counts.
 class IniSection
 {
 public:
@@ -19,10 +18,10 @@ public:
     {
     }
 
-    /// The name as it was first spelled.
+    /// The name in its first spelling.
     QString name() const { return m_name; }
 
-    /// The value of a key, which may be empty; none when the key is absent.
+    /// The value of a key, which may be empty. None if the key is absent.
     std::optional<QString> value(const QString& key) const;
 
     void setValue(const QString& key, const QString& value);
@@ -32,24 +31,24 @@ private:
     QHash<QString, QString> m_values;
 };
 
-/// The sections of an INI text, in the order in which they first appear. Section names are matched
-/// without regard to case; a section that appears again continues the first one.
+/// The sections of an INI text, in the order of their first appearance. Section names are
+/// case-insensitive; a repeated section continues the first one.
 class IniDocument
 {
 public:
-    /// The largest text that is read, in bytes; a larger one is a parse error.
+    /// The size of the largest accepted text, in bytes. A larger one is a parse error.
     static constexpr int maximumSize = 64 * 1024;
 
     /// Reads a UTF-8 text, with or without a byte order mark, with LF or CR LF line ends. Each line
-    /// must be blank, a comment (first non-blank character ";" or "#"), a section "[name]" or
-    /// "key=value", blanks around names and values aside; anything else, an empty section name or
-    /// an empty key included, is a parse error and gives none. A setting above the first section
-    /// belongs to none and is passed over. Pure; any thread.
+    /// is blank, a comment (first non-blank character ";" or "#"), a section "[name]" or
+    /// "key=value"; blanks around names and values are trimmed. Anything else, an empty section
+    /// name or key included, is a parse error: the result is none. Settings above the first
+    /// section are ignored. Pure; any thread.
     static std::optional<IniDocument> parse(const QByteArray& text);
 
     const std::vector<IniSection>& sections() const { return m_sections; }
 
-    /// The section of that name, or null; owned by the document.
+    /// The section of that name, owned by the document. Null if absent.
     const IniSection* section(const QString& name) const;
 
 private:

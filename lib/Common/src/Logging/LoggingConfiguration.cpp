@@ -45,14 +45,14 @@ const std::shared_ptr<QsLogging::DebugOutputDestination>& console()
 
 std::optional<IniDocument> readIniFile(const QString& path)
 {
-    // Opening a named pipe would wait for someone to write to it.
+    // Opening a named pipe would block until another process writes to it.
     if (!QFileInfo(path).isFile())
         return std::nullopt;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray text = file.read(IniDocument::maximumSize + 1);
-    // A file that fails midway must not count as one that ends there.
+    // A read error midway must not look like the end of the file.
     if (file.error() != QFileDevice::NoError)
         return std::nullopt;
     return IniDocument::parse(text);

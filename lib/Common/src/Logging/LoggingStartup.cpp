@@ -15,7 +15,7 @@ namespace Common {
 
 namespace {
 
-// Log lines name units and paths: they are for the person who runs the program.
+// Log lines name units and paths: only the user who runs the program may read them.
 void makePrivateDirectory(const QString& path)
 {
     if (!QDir().mkpath(path))

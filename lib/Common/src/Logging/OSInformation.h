@@ -1,17 +1,45 @@
 #pragma once
 
-#include "Common/Logging/ArchitectureProbe.h"
+#include "qslog/Log.h"
 
 #include <QString>
 
 namespace Common {
 
-/// The width of the operating system: "64", "32", or "IsWow64Process Error" when it cannot be told.
-/// On Windows "64" means that this process is a 32-bit one on a 64-bit system; a native 64-bit
-/// process answers "32". Any thread.
-QString GetOSArchitectureBits();
+enum class ArchitectureProbe
+{
+    Bits32,
+    Bits64,
+    Failed ///< the system call failed
+};
 
-/// The text for the result of a probe; a failed one is logged as an error.
-QString architectureBitsText(ArchitectureProbe probed);
+/// Asks the running system for its width; one implementation per platform. Windows reports whether
+/// this process runs under 32-bit emulation, so a native 64-bit process finds Bits32. Other systems
+/// report the kernel's machine type. Any thread.
+ArchitectureProbe probeArchitecture();
+
+/// The text for the result of a probe. Logs an error for a failed one. Inline in this header so
+/// that the line goes to the logger OSInformation on every platform.
+inline QString architectureBitsText(ArchitectureProbe probed)
+{
+    switch (probed) {
+    case ArchitectureProbe::Bits64:
+        return QStringLiteral("64");
+    case ArchitectureProbe::Bits32:
+        return QStringLiteral("32");
+    case ArchitectureProbe::Failed:
+        break;
+    }
+    QLOG_ERROR() << "IsWow64Process returned an error.";
+    return QStringLiteral("IsWow64Process Error");
+}
+
+/// The width of the operating system: "64", "32", or "IsWow64Process Error" when the system call
+/// failed. On Windows "64" means a 32-bit process on a 64-bit system; a native 64-bit process gets
+/// "32". Any thread.
+inline QString GetOSArchitectureBits()
+{
+    return architectureBitsText(probeArchitecture());
+}
 
 } // namespace Common

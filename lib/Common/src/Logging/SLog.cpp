@@ -9,7 +9,7 @@ namespace Common {
 
 namespace {
 
-// The one session of the process; deleted by its own thread.
+// The only session of the process. Its own thread deletes it.
 std::mutex sessionMutex;
 SLogSingleton* session = nullptr;
 
@@ -22,13 +22,13 @@ void logFailure(const char* what, QNetworkReply::NetworkError error, const QStri
 } // namespace
 
 SLog::SLog(QObject* parent)
-    : SLog(AnalyticsSurroundings(), parent)
+    : SLog(AnalyticsSettings(), parent)
 {
 }
 
-SLog::SLog(AnalyticsSurroundings surroundings, QObject* parent)
+SLog::SLog(AnalyticsSettings settings, QObject* parent)
     : QObject(parent)
-    , m_surroundings(std::move(surroundings))
+    , m_settings(std::move(settings))
 {
 }
 
@@ -39,7 +39,7 @@ void SLog::startLogging(const QString& writeKey)
         QLOG_ERROR() << "Initialized Segment logging multiple times; doing nothing in startLogging";
         return;
     }
-    session = new SLogSingleton(writeKey, m_surroundings, logFailure);
+    session = new SLogSingleton(writeKey, m_settings, logFailure);
 }
 
 void SLog::stopLogging()
@@ -56,7 +56,7 @@ void SLog::track(const QString& event, const QVariantMap& properties)
 {
     const std::lock_guard lock(sessionMutex);
     if (session != nullptr)
-        emit session->track(event, properties, Analytics::timestampText(m_surroundings.now()));
+        emit session->track(event, properties, Analytics::timestampText(m_settings.now()));
 }
 
 } // namespace Common

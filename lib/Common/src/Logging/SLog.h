@@ -6,10 +6,9 @@
 
 namespace Common {
 
-/// Usage analytics for QML (singleton SLog) and for native code: starts and stops the one session
-/// of the process, and records events in it. Nothing is sent and no network is touched before
-/// startLogging(). Has no state of its own: all objects of the class steer the same session. Any
-/// thread.
+/// Usage analytics for QML (singleton SLog) and for native code: starts and stops the only session
+/// of the process and records events in it. Sends nothing and touches no network before
+/// startLogging(). Stateless: all objects of the class share one session. Any thread.
 class SLog : public QObject
 {
     Q_OBJECT
@@ -17,23 +16,23 @@ class SLog : public QObject
 public:
     explicit SLog(QObject* parent = nullptr);
 
-    /// For tests: a service, a time and delays of their own for the session that it starts.
-    explicit SLog(AnalyticsSurroundings surroundings, QObject* parent = nullptr);
+    /// For tests: sessions started through this object use these settings.
+    explicit SLog(AnalyticsSettings settings, QObject* parent = nullptr);
 
-    /// Starts the session. The calling thread's event loop must run until it was stopped: it does
-    /// the work. While one runs, that is logged as an error and nothing changes.
-    /// @param writeKey the service's key, which names where events go
+    /// Starts the session. The calling thread needs an event loop until the session has ended. If a
+    /// session exists, logs an error and changes nothing.
+    /// @param writeKey the service's key, which names the receiver of the events
     Q_INVOKABLE void startLogging(const QString& writeKey);
 
-    /// Sends what waits, then ends the session, on the thread that started it. Does nothing while
-    /// none runs.
+    /// Sends what is queued, then ends the session, both on the thread that started it. Without a
+    /// session, does nothing.
     Q_INVOKABLE void stopLogging();
 
-    /// Records an event with the present time. Does nothing while no session runs.
+    /// Records an event with the present time. Without a session, does nothing.
     Q_INVOKABLE void track(const QString& event, const QVariantMap& properties = QVariantMap());
 
 private:
-    AnalyticsSurroundings m_surroundings;
+    AnalyticsSettings m_settings;
 };
 
 } // namespace Common

@@ -1,47 +1,63 @@
 #include "Common/Logging/SLogSingleton.h"
 
 #include "BuildFacts.h"
-#include "Common/Logging/ComputerId.h"
+#include "qslog/Log.h"
 
+#include <QSettings>
 #include <QUuid>
 
 namespace Common {
 
 namespace {
 
-QString newSessionId()
+constexpr qint32 largestQueue = 200'000; // bytes
+
+QString withoutBraces(QString id)
 {
-    const QString braced = QUuid::createUuid().toString();
-    return braced.mid(1, braced.size() - 2);
+    return id.remove(QLatin1Char('{')).remove(QLatin1Char('}'));
+}
+
+// A random name for this computer and account, created by the first call and kept in the settings
+// store. If the store cannot be written, each call creates another.
+QString computerId()
+{
+    const QString key = QStringLiteral("SLog/ComputerId");
+    QSettings settings;
+    if (!settings.contains(key)) {
+        settings.setValue(key, QUuid::createUuid().toString());
+        settings.sync();
+        if (settings.status() != QSettings::NoError)
+            QLOG_WARN() << "Could not store the computer id in" << settings.fileName();
+    }
+    return withoutBraces(settings.value(key).toString());
 }
 
 } // namespace
 
-AnalyticsSurroundings::AnalyticsSurroundings()
-    : host(QString::fromLatin1(BuildFacts::analyticsHost))
+AnalyticsSettings::AnalyticsSettings()
+    : endpoint(
+          QStringLiteral("https://%1/v1/batch").arg(QString::fromLatin1(BuildFacts::analyticsHost)))
     , now(&QDateTime::currentDateTime)
 {
 }
 
-SLogSingleton::SLogSingleton(const QString& writeKey, const AnalyticsSurroundings& surroundings,
+SLogSingleton::SLogSingleton(const QString& writeKey, const AnalyticsSettings& settings,
                              const Analytics::Poster::FailureReport& report)
     : m_writeKey(writeKey)
-    , m_surroundings(surroundings)
-    , m_sender{computerId(), QString(), newSessionId()}
-    , m_poster(
-          new Analytics::Poster(std::make_unique<QNetworkAccessManager>(),
-                                QUrl(QStringLiteral("https://%1/v1/batch").arg(surroundings.host)),
-                                surroundings.answerWithin, report))
+    , m_settings(settings)
+    , m_sender{computerId(), QString(), withoutBraces(QUuid::createUuid().toString())}
+    , m_poster(new Analytics::Poster(std::make_unique<QNetworkAccessManager>(), settings.endpoint,
+                                     settings.responseTimeout, report))
 {
     m_flushTimer.setSingleShot(true);
-    m_flushTimer.setInterval(surroundings.flushInterval);
+    m_flushTimer.setInterval(settings.flushInterval);
     connect(&m_flushTimer, &QTimer::timeout, this, &SLogSingleton::emitFlush);
     connect(this, &SLogSingleton::track, this, &SLogSingleton::reallyTrack, Qt::QueuedConnection);
     connect(this, &SLogSingleton::flush, this, &SLogSingleton::reallyFlush, Qt::QueuedConnection);
 
     enqueue(Analytics::identifyMessage(m_sender, computerId(), now()));
     const QString event = QStringLiteral("Mendrel Session Started");
-    // It is queued, and so has its effect.
+    // The connection is queued: the slot runs after the constructor.
     emit track(event, Analytics::sessionProperties(), now()); // clazy:exclude=incorrect-emit
 }
 
@@ -66,15 +82,16 @@ void SLogSingleton::reallyFlush()
 {
     m_flushTimer.stop();
     if (!m_queue.isEmpty())
-        m_poster->post(Analytics::batchBody(m_queue.messages(), now()),
-                       Analytics::authorization(m_writeKey));
+        m_poster->post(Analytics::batchBody(m_queue, now()), Analytics::authorization(m_writeKey));
     m_queue.clear();
+    m_queuedBytes = 0;
 }
 
 void SLogSingleton::enqueue(const QVariantMap& message)
 {
     m_queue.append(message);
-    if (m_queue.isOverfull())
+    m_queuedBytes += Analytics::sizeOf(message);
+    if (m_queuedBytes > largestQueue)
         reallyFlush();
     else if (!m_flushTimer.isActive())
         m_flushTimer.start();
@@ -82,7 +99,7 @@ void SLogSingleton::enqueue(const QVariantMap& message)
 
 QString SLogSingleton::now() const
 {
-    return Analytics::timestampText(m_surroundings.now());
+    return Analytics::timestampText(m_settings.now());
 }
 
 } // namespace Common

@@ -34,7 +34,7 @@ SettingsFileWatcher::SettingsFileWatcher(const QString& path, QObject* parent)
 
 void SettingsFileWatcher::rearm()
 {
-    // A directory may come into being between the look and the watch: look again after it.
+    // A directory may be created between check and watch: check again afterwards.
     QString directory = nearestDirectory(m_path);
     do {
         const QStringList watched = m_watcher.directories();
@@ -47,7 +47,7 @@ void SettingsFileWatcher::rearm()
         directory = nearestDirectory(m_path);
     } while (!m_watcher.directories().contains(directory));
 
-    // The watcher drops a file that was removed or replaced; adding one that it holds is harmless.
+    // The watcher drops a removed or replaced file.
     if (QFileInfo(m_path).isFile() && !m_watcher.files().contains(m_path))
         m_watcher.addPath(m_path);
 }

@@ -6,16 +6,16 @@
 
 namespace Common {
 
-/// Tells when one file changes, also after it was replaced by another file, removed, or made anew,
-/// which a plain file watch does not survive. For that it watches the file's directory as well, or
-/// the nearest one above that exists; what happens there to other files is not told. A change is a
-/// difference in existence, modification time or contents. Lives on a thread with an event loop.
+/// Reports changes of one file, including replacement, removal and re-creation, which end a plain
+/// file watch. To that end it also watches the file's directory, or the nearest existing parent;
+/// changes of other files there are not reported. A change is a difference in existence,
+/// modification time or contents. Lives on a thread with an event loop.
 class SettingsFileWatcher : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Watches from now on; the file need not exist.
+    /// Starts watching. The file need not exist.
     explicit SettingsFileWatcher(const QString& path, QObject* parent = nullptr);
 
 signals:

@@ -1,4 +1,4 @@
-#include "Common/Logging/ArchitectureProbe.h"
+#include "Common/Logging/OSInformation.h"
 
 #include <sys/utsname.h>
 

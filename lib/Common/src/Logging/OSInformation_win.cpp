@@ -1,4 +1,4 @@
-#include "Common/Logging/ArchitectureProbe.h"
+#include "Common/Logging/OSInformation.h"
 
 #include <windows.h>
 
@@ -7,8 +7,8 @@ namespace Common {
 ArchitectureProbe probeArchitecture()
 {
     using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, PBOOL);
-    // Old systems lack the function, so it cannot be linked against. The detour over void(*)() is
-    // the cast that compilers accept between unrelated function types.
+    // Old systems lack the function, so it is looked up at run time. Compilers accept a cast
+    // between unrelated function types only by way of void(*)().
     const auto address = reinterpret_cast<void (*)()>(
         GetProcAddress(GetModuleHandleW(L"kernel32"), "IsWow64Process"));
     const auto isWow64Process = reinterpret_cast<IsWow64ProcessFunction>(address);

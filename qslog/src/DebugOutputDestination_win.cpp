@@ -1,19 +1,21 @@
 #include "qslog/DebugOutputDestination.h"
 
-#include "qslog/AnsiColours.h"
-#include "qslog/DebugOutput.h"
+#include <windows.h>
 
 namespace QsLogging {
 
 void DebugOutputDestination::write(const QString& message, Level)
 {
-    sendToDebugOutput(colours() ? message : withoutColours(message));
-    sendToDebugOutput(QStringLiteral("\n"));
+    const QString text = colours() ? message : withoutColours(message);
+    OutputDebugStringW(reinterpret_cast<const wchar_t*>(text.utf16()));
+    OutputDebugStringW(L"\n");
 }
 
 std::shared_ptr<DebugOutputDestination> debugOutputDestination()
 {
     return std::make_shared<DebugOutputDestination>();
 }
+
+void surviveClosedDebugOutput() {}
 
 } // namespace QsLogging

@@ -1,0 +1,262 @@
+// From the text of Logging.ini to the lines in files and on the console. Levels and destinations
+// are process-wide and only ever add up: each case uses logger names of its own.
+#include "Common/Logging/IniDocument.h"
+#include "Common/Logging/LoggingConfiguration.h"
+#include "Common/Logging/LoggingStartup.h"
+#include "Common/Logging/SettingsFileWatcher.h"
+#include "qslog/DebugOutputDestination.h"
+#include "qslog/FileDestination.h"
+#include "qslog/Log.h"
+#include "support/TempFiles.h"
+
+#include <QtTest>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+using Common::IniDocument;
+using namespace QsLogging;
+
+class LoggingTest : public QObject
+{
+    Q_OBJECT
+
+    const TempFiles m_files;
+    inline static QStringList debugMessages;
+
+    bool load(const QString& text, bool allowDebugLevels = true)
+    {
+        return Common::loadLoggingConfiguration(m_files.put("Logging.ini", text.toUtf8()),
+                                                m_files.root(), allowDebugLevels);
+    }
+    static int levelOf(const QString& name) { return int(getLogger(name)->loggingLevel()); }
+
+    // What standard error gets meanwhile.
+    QString consoleOf(const std::function<void()>& action) const
+    {
+        QFile capture(m_files.put("stderr.txt"));
+        capture.open(QIODevice::WriteOnly);
+        const int kept = dup(STDERR_FILENO);
+        dup2(capture.handle(), STDERR_FILENO);
+        action();
+        dup2(kept, STDERR_FILENO);
+        close(kept);
+        return QString::fromUtf8(m_files.get("stderr.txt"));
+    }
+    QString say(const QString& logger) const
+    {
+        return consoleOf([&] { MessageBuilder(Level::Info, logger).stream() << 7; });
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            debugMessages << text;
+        });
+    }
+    void init() { debugMessages.clear(); }
+
+    void linesAreRightToTheByte()
+    {
+        const auto console = debugOutputDestination();
+        console->setColours(true);
+        getLogger("tst_logging")->addDestination(console);
+        const QString line = QString::number(__LINE__ + 5);
+        QStringList lines =
+            consoleOf([] {
+                for (const Level threshold : {Level::Trace, Level::Warn, Level::Off}) {
+                    getLogger("tst_logging")->setLoggingLevel(threshold);
+                    QLOG_TRACE() << "Name:" << QStringLiteral("A\"1\"") << 42 << true << "100%1";
+                    QLOG_DEBUG() << "x";
+                    QLOG_INFO() << "x";
+                    QLOG_WARN() << "x";
+                    QLOG_ERROR() << "x";
+                    QLOG_FATAL() << "x";
+                }
+                MessageBuilder(Level::Off, "tst_logging").stream() << "x";
+            }).split('\n');
+        const QString stamp = lines[0].mid(24, 23);
+        QVERIFY(QDateTime::fromString(stamp, "yyyy-MM-ddTHH:mm:ss.zzz").isValid());
+        QCOMPARE(lines[0], "\x1b[0;37mTRACE\x1b[0m \x1b[0;37m" + stamp +
+                               "\x1b[0m \x1b[1;34mtst_logging.cpp:" + line +
+                               "\x1b[0m [operator()] Name: \"A\\\"1\\\"\" 42 true 100%1 ");
+        const QString high = "\x1b[1;31mWARN\x1b[0m\x1b[31mERROR\x1b[0m\x1b[31mFATAL\x1b[0m";
+        QCOMPARE(lines.replaceInStrings(QRegularExpression(" \x1b\\[0;37m2.*"), "").join(QString()),
+                 "\x1b[0;37mTRACE\x1b[0m\x1b[1;33mDEBUG\x1b[0m\x1b[1;30mINFO\x1b[0m" + high + high +
+                     QString(5, ' '));
+        surviveClosedDebugOutput();
+        QVERIFY(std::signal(SIGPIPE, SIG_IGN) == SIG_IGN);
+    }
+
+    void aFileHoldsPlainLinesAndOutlivesAFullDisk()
+    {
+        FileDestination destination(m_files.put("a.log", "before\n"));
+        destination.write(QStringLiteral("\x1b[1;30mINFO\x1b[0m \x1b[2J \u6D17"), Level::Info);
+        const QByteArray written = "before\nINFO \x1b[2J \xE6\xB4\x97\n";
+        QCOMPARE(m_files.get("a.log"), written);
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit limit{};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &limit), 0);
+        const rlimit full{static_cast<rlim_t>(written.size()), limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+        destination.write("lost", Level::Info);
+        setrlimit(RLIMIT_FSIZE, &limit);
+        QCOMPARE(m_files.get("a.log"), written);
+        destination.write("after", Level::Info);
+        QVERIFY(m_files.get("a.log").endsWith("\nafter\n"));
+    }
+
+    void rotatesOnlyPastTheMaximum()
+    {
+        const QByteArray full = QByteArray(999, 'x') + "\n";
+        for (const int maximum : {1000, 999, 0, -5}) {
+            for (const QByteArray& atFirst : {full, QByteArray()}) {
+                m_files.put("b.log.old", "old");
+                FileDestination destination(m_files.put("b.log", atFirst));
+                QVERIFY(destination.setMaxSize(maximum));
+                const bool rotates = maximum == 999;
+                QCOMPARE(m_files.get("b.log.old"), rotates && !atFirst.isEmpty() ? full : "old");
+                if (atFirst.isEmpty())
+                    destination.write(QString(999, 'x'), Level::Info);
+                destination.write("next", Level::Info);
+                QCOMPARE(m_files.get("b.log"), rotates ? QByteArray("next\n") : full + "next\n");
+                QCOMPARE(m_files.get("b.log.old"), rotates ? full : "old");
+            }
+        }
+        // Where the file cannot be renamed, the log goes on in it.
+        m_files.put("c.log.old/full", "cannot be replaced");
+        FileDestination destination(m_files.put("c.log", "before\n"));
+        QVERIFY(destination.isValid() && !destination.rotate() && destination.setMaxSize(3));
+        destination.write("after", Level::Info);
+        QCOMPARE(m_files.get("c.log"), QByteArray("before\nafter\n"));
+        QVERIFY(!FileDestination(m_files.path("no/such.log")).isValid());
+    }
+
+    void threadsShareAFileUnderAllItsNames()
+    {
+        const QString path = m_files.path("shared.log");
+        const auto write = [](const QString& name) {
+            getLogger(name)->addDestination(fileDestinationFor(name));
+            for (int line = 0; line < 400; ++line) {
+                fileDestinationFor(name)->setMaxSize(1'000'000 + line);
+                MessageBuilder(Level::Info, name).stream() << "line" << line;
+            }
+        };
+        std::thread other(write, QDir::current().relativeFilePath(path));
+        write(path);
+        other.join();
+        const QStringList lines = QString::fromUtf8(m_files.get("shared.log")).split('\n');
+        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ $")).size(), 800);
+    }
+
+    void iniTextsAreReadOrRefused()
+    {
+        // The value of "key" in "[s]".
+        const QList<std::pair<QByteArray, const char*>> rows{
+            {"\xEF\xBB\xBF[ S ]\r\n  KEY =  a=b;c \r\n", "a=b;c"},
+            {"; comment\n # [t\n\nkey=above\n[s]\nkey=", ""},
+            {"[s]\nkey=1\n[t]\nkey=2\n[S]\nkey=3\n", "3"},
+            {"[s]\nlevel\n", "invalid"},
+            {"[s]\n = INFO\n", "invalid"},
+            {"[s] ; why\n", "invalid"},
+            {"[s]\n\xEF\xBB\xBF[t]\n", "invalid"},
+            {QByteArray(IniDocument::maximumSize, '\n'), "absent"},
+            {QByteArray(IniDocument::maximumSize + 1, '\n'), "invalid"}};
+        for (const auto& [text, expected] : rows) {
+            const auto document = IniDocument::parse(text);
+            const auto* section = document ? document->section("s") : nullptr;
+            const QString value = section ? *section->value("key") : "absent";
+            QCOMPARE(document ? value : "invalid", QString(expected));
+        }
+    }
+
+    void levelsAreSetAndHeldBackInARelease()
+    {
+        QCOMPARE(levelOf("Early"), 6);
+        const QStringList names{"TRACE", "DEBUG", "INFO", "WARN", "ERROR", "FATAL", "OFF", "Info"};
+        for (int i = 0; i < names.size(); ++i) {
+            const QString text = "[Default]\nLEVEL=" + names[i] + "\n[%1%2]\nlevel=" + names[i];
+            QVERIFY(load(text.arg("Dev", names[i])) && load(text.arg("Rel", names[i]), false));
+            QCOMPARE(levelOf("Dev" + names[i]), qMin(i, 6));
+            QCOMPARE(levelOf("Rel" + names[i]), qBound(2, i, 6));
+            // "Default" is the default section, which is never held back, and a logger too.
+            QCOMPARE(levelOf("New" + names[i]), qMin(i, 6));
+            QCOMPARE(levelOf("Default"), qBound(2, i, 6));
+        }
+        QVERIFY(load("[default]\nlevel=WARN\n[DevINFO]\nconsole=off\n[devwarn]\nlevel=OFF\n"));
+        // The last one is a regular file that opens and fails to be read, as on a bad disk.
+        for (const char* unreadable : {"missing.ini", ".", "/proc/self/mem"})
+            QVERIFY(!Common::loadLoggingConfiguration(m_files.path(unreadable), "", true));
+        QVERIFY(!load("[default]\nlevel=TRACE\n[DevINFO]\nlevel=TRACE\nnonsense\n"));
+        const QList<int> levels{levelOf("default"), levelOf("DevINFO"), levelOf("DevWARN")};
+        QCOMPARE(levels, QList<int>({3, 2, 3}));
+        QVERIFY(load("[DevINFO]"));
+        QCOMPARE(levelOf("AfterNoDefault") + levelOf("Early"), 6 + 6);
+    }
+
+    void filesJoinTheDefaultsAndNotTheirOwnSection()
+    {
+        const QString text = "[default]\nfile=all.log\n[Owner]\nfile=own.log\n[Next]\n";
+        QVERIFY(load(text) && load(text));
+        for (const char* logger : {"Owner", "Next", "Later"})
+            say(logger);
+        QCOMPARE(m_files.get("all.log").count('\n'), 3);
+        QCOMPARE(m_files.get("own.log").count('\n'), 2);
+        m_files.put("sized.log", QByteArray(1000, 'x'));
+        for (const char* size : {"10k", "9223372036854775808", "1000", "999"})
+            QVERIFY(load(QStringLiteral("[default]\nfile=sized.log\ntruncate=%1").arg(size)));
+        QCOMPARE(debugMessages.join('\n').remove('"'),
+                 QString("Could not parse truncate size 10k\n"
+                         "Could not parse truncate size 9223372036854775808\n"
+                         "Truncated log file to 1000\nTruncated log file to 999"));
+        QCOMPARE(m_files.get("sized.log.old").size(), 1000);
+        // An empty name is the log directory itself: nothing is moved or lost.
+        QVERIFY(load("[default]\nfile=\ntruncate=1\n") && QFileInfo(m_files.root()).isDir());
+        QVERIFY(load("[default]\nconsole=on\n[Muted]\nconsole=ON\n"));
+        QVERIFY(say("Heard").startsWith("INFO 2") && say("Heard").endsWith(" 7 \n"));
+        QCOMPARE(say("Muted"), QString());
+        QVERIFY(load("[default]\ncolors=on\n[Muted]\nconsole=on\n") && load(""));
+        QVERIFY(say("Muted").startsWith("\x1b[1;30mINFO\x1b[0m"));
+    }
+
+    void theUsersFileOverridesAndIsWatched()
+    {
+        const QString user = m_files.put("data/user/Logging.ini", "[User]\nlevel=DEBUG\n");
+        const QString shipped = m_files.put("shipped.ini", "[User]\nlevel=TRACE\n[Shipped]\n"
+                                                           "level=ERROR\n");
+        const QString logs = m_files.path("data/Logs");
+        const auto becomes = [&](int level, const char* name, const char* file) {
+            const QString path = m_files.put(file, QByteArray("[User]\nlevel=") + name);
+            return rename(qPrintable(path), qPrintable(user)) == 0 &&
+                   QTest::qWaitFor([&] { return levelOf("User") == level; }, 30'000);
+        };
+        Common::startLogging({logs, shipped, user}, false);
+        QVERIFY(!QCoreApplication::instance()->findChild<Common::SettingsFileWatcher*>());
+        Common::startLogging({logs, shipped, user}, true);
+        QCOMPARE(levelOf("User"), 1);
+        QCOMPARE(levelOf("Shipped"), 4);
+        QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0);
+        // It changes, is replaced as editors do it, goes with its directory, and comes again.
+        QVERIFY(becomes(3, "WARN", "data/user/Logging.ini"));
+        QVERIFY(becomes(4, "ERROR", "data/user/draft"));
+        QVERIFY(becomes(5, "FATAL", "data/user/Logging.ini"));
+        debugMessages.clear();
+        QVERIFY(QDir(m_files.path("data/user")).removeRecursively());
+        QTRY_COMPARE_WITH_TIMEOUT(debugMessages.size(), 1, 30'000);
+        QVERIFY(becomes(0, "TRACE", "data/user/Logging.ini"));
+        Common::startLogging({user + "/below", shipped, user}, false);
+        debugMessages.removeDuplicates();
+        QCOMPARE(debugMessages.join('\n').remove(m_files.root()).remove('"'),
+                 QString("Reload logging configuration from /data/user/Logging.ini\n"
+                         "Could not make directory for log files: /data/user/Logging.ini/below\n"
+                         "Loading logging configuration from /shipped.ini\n"
+                         "Loading logging configuration from /data/user/Logging.ini"));
+    }
+};
+
+QTEST_GUILESS_MAIN(LoggingTest)
+#include "tst_logging.moc"
