@@ -2,6 +2,7 @@
 // a unit that does each piece of work within one such pause. Needs the virtual bus preloaded:
 // tests/support/on-virtual-bus bench_flash
 #include "USB/PFlibusb.h"
+#include "firmware/ImageSize.h"
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "unit/Unit.h"
@@ -44,7 +45,7 @@ void flashImage(benchmark::State& state)
 
     const QSharedPointer<DfuDevice> device(new DfuDevice(awaitBootloader()));
     device->init();
-    DFUDownloadJob job(image, device, 0x28000);
+    DFUDownloadJob job(image, device, imageSizeBound);
     for (auto _ : state) {
         job.start();
         job.wait();

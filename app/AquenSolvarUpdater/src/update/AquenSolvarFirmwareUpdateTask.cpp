@@ -2,15 +2,13 @@
 
 #include "USB/USBException.h"
 #include "devices/UnitKind.h"
+#include "firmware/ImageSize.h"
 #include "qslog/Log.h"
 #include "update/DownloadTexts.h"
 
 namespace AquenSolvar::Tasks {
 
 namespace {
-
-// Exclusive upper bound of an image: the flash that the application firmware may take.
-constexpr int maxFirmwareSize = 0x28000;
 
 QString describe(const USB::LibUsbDevice& record)
 {
@@ -83,8 +81,8 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
 void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
 {
     using Device::DFUDownloadJob;
-    m_job = QSharedPointer<DFUDownloadJob>(new DFUDownloadJob(image, m_device, maxFirmwareSize),
-                                           &DFUDownloadJob::release);
+    m_job = QSharedPointer<DFUDownloadJob>(
+        new DFUDownloadJob(image, m_device, Device::imageSizeBound), &DFUDownloadJob::release);
     connect(m_job.data(), &DFUDownloadJob::uploadError, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError);
     connect(m_job.data(), &DFUDownloadJob::uploadFinished, this,
