@@ -1,5 +1,7 @@
 #include "DownloadJobFixture.h"
 
+#include "update/DetachedJob.h"
+
 #include <QTest>
 
 using namespace AquenSolvar::Device;
@@ -44,5 +46,5 @@ QSharedPointer<DFUDownloadJob> DownloadJobFixture::makeJob(const QByteArray& ima
                                                            const QSharedPointer<DfuDevice>& device)
 {
     return QSharedPointer<DFUDownloadJob>(new DFUDownloadJob(image, device, maxSize),
-                                          &DFUDownloadJob::release);
+                                          &DetachedJob::release);
 }

@@ -5,7 +5,7 @@
 #include "USB/USBException.h"
 #include "devices/AquenSolvarDevice.h"
 #include "unit/FirmwareImage.h"
-#include "update/DFUDownloadJob.h"
+#include "update/DetachedJob.h"
 
 #include <QCoreApplication>
 
@@ -176,7 +176,7 @@ void flash(const QSharedPointer<DfuDevice>& device, HostileUnit& unit)
     const std::size_t before = unit.written().size();
     JobRecorder heard;
     const QSharedPointer<DFUDownloadJob> job(new DFUDownloadJob(image(), device, maxFirmwareSize),
-                                             &DFUDownloadJob::release);
+                                             &DetachedJob::release);
     const auto here = Qt::DirectConnection;
     QObject::connect(
         job.data(), &DFUDownloadJob::uploadError, job.data(),

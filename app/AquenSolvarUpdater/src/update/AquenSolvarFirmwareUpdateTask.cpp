@@ -4,6 +4,7 @@
 #include "devices/UnitKind.h"
 #include "firmware/ImageSize.h"
 #include "qslog/Log.h"
+#include "update/DetachedJob.h"
 #include "update/DownloadTexts.h"
 
 namespace AquenSolvar::Tasks {
@@ -82,7 +83,7 @@ void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
 {
     using Device::DFUDownloadJob;
     m_job = QSharedPointer<DFUDownloadJob>(
-        new DFUDownloadJob(image, m_device, Device::imageSizeBound), &DFUDownloadJob::release);
+        new DFUDownloadJob(image, m_device, Device::imageSizeBound), &Device::DetachedJob::release);
     connect(m_job.data(), &DFUDownloadJob::uploadError, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError);
     connect(m_job.data(), &DFUDownloadJob::uploadFinished, this,

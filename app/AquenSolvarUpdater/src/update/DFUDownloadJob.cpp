@@ -2,7 +2,6 @@
 
 #include "USB/USBException.h"
 #include "qslog/Log.h"
-#include "update/DetachedJob.h"
 #include "update/SleepInhibitor.h"
 
 #include <QCoreApplication>
@@ -42,14 +41,6 @@ void DFUDownloadJob::stop()
         m_device->abortTransfers();
     if (!wait(abortWaitMs))
         QLOG_ERROR() << "The download did not end; it is left to end by itself.";
-}
-
-void DFUDownloadJob::release(DFUDownloadJob* job)
-{
-    if (job->isRunning())
-        DetachedJob::adopt(job);
-    else
-        delete job;
 }
 
 void DFUDownloadJob::run()

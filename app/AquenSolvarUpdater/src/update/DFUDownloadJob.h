@@ -17,7 +17,7 @@ namespace AquenSolvar::Device {
 /// run, nothing is retried, and nothing is cleaned up on the unit.
 ///
 /// The object belongs to its own thread, so its signals arrive queued. start() and stop() are
-/// called on the GUI thread. Delete it through release().
+/// called on the GUI thread. A running job must not be deleted.
 class DFUDownloadJob : public QThread
 {
     Q_OBJECT
@@ -37,10 +37,6 @@ public:
 
     /// Asks the run to end and does not wait.
     void requestStop() { m_stopRequested = true; }
-
-    /// Deleter for shared pointers. A job that still runs goes on, with all that it uses kept
-    /// alive, and is deleted when it has ended; the end of the program stops it.
-    static void release(DFUDownloadJob* job);
 
 signals:
     /// One of the user-visible texts; some failures give two in a row.
