@@ -54,7 +54,7 @@ void flashImage(benchmark::State& state)
         state.SkipWithError("the unit does not hold the image");
     const int chunks = (imageSize + chunkSize - 1) / chunkSize;
     const int sleeps = chunks * sleepsPerChunk + sleepsAtTheEnd;
-    const auto pause = std::chrono::duration<double>(DfuDevice::defaultPollSleep).count();
+    const auto pause = std::chrono::duration<double>(DfuTimes().pollSleep).count();
     state.counters["floor_s"] = sleeps * pause;
     device->close();
 }

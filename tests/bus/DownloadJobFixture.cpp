@@ -29,13 +29,12 @@ void DownloadJobFixture::cleanup()
     QVERIFY(m_bus->awaitGone(0));
 }
 
-QSharedPointer<DfuDevice> DownloadJobFixture::open(const P_Unit& unit)
+QSharedPointer<DfuDevice> DownloadJobFixture::open(const P_Unit& unit, DfuTimes times)
 {
     // An earlier device of the test lets go of the unit when its deferred deletion runs.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     const USB::P_LibUsbDevice record = m_bus->awaitRecord(unit->productId());
-    QSharedPointer<DfuDevice> device(new DfuDevice(record), &QObject::deleteLater);
-    device->setPollSleep(std::chrono::milliseconds(1));
+    QSharedPointer<DfuDevice> device(new DfuDevice(record, times), &QObject::deleteLater);
     device->init();
     device->setAlternateSetting(0);
     unit->clearTrace();

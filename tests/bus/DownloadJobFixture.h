@@ -31,7 +31,9 @@ protected:
     static const QString wrappedError;
 
     /// The unit opened and set up, polled without pauses, its trace empty.
-    QSharedPointer<AquenSolvar::Device::DfuDevice> open(const VirtualUnit::P_Unit& unit);
+    QSharedPointer<AquenSolvar::Device::DfuDevice> open(const VirtualUnit::P_Unit& unit,
+                                                        AquenSolvar::Device::DfuTimes times = {
+                                                            std::chrono::milliseconds(1)});
 
     static QSharedPointer<AquenSolvar::Device::DFUDownloadJob>
     makeJob(const QByteArray& image, const QSharedPointer<AquenSolvar::Device::DfuDevice>& device);

@@ -51,9 +51,8 @@ void tst_downloadend::stopInTheLoop()
 void tst_downloadend::stopBeforeAChunkIsSent()
 {
     const P_Unit unit = m_bus->plugBootloader();
-    const QSharedPointer<DfuDevice> device = open(unit);
+    const QSharedPointer<DfuDevice> device = open(unit, {std::chrono::milliseconds(100)});
     // Three pauses lie between the command that sets the address and the data.
-    device->setPollSleep(std::chrono::milliseconds(100));
     const auto job = makeJob(QByteArray(5000, 'x'), device);
     JobRecorder heard(*job);
     job->start();
@@ -126,9 +125,9 @@ void tst_downloadend::longWaitsAreLogged()
 {
     const P_Unit unit = m_bus->plugBootloader();
     unit->addFault(Fault::on("erase", Action::StayBusy, 100));
-    const QSharedPointer<DfuDevice> device = open(unit);
-    device->setPollSleep(std::chrono::milliseconds(5));
-    device->setBusyWarning(std::chrono::milliseconds(50));
+    const QSharedPointer<DfuDevice> device =
+        open(unit, {std::chrono::milliseconds(5), std::chrono::milliseconds(1000),
+                    std::chrono::milliseconds(50)});
     LogCapture log({"DfuDevice"});
     const auto job = makeJob(toByteArray(makeImage(5000, "1.3.1")), device);
     job->start();

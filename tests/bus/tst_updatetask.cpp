@@ -57,9 +57,9 @@ std::unique_ptr<Task> tst_updatetask::taskFor(const P_Unit& unit)
 {
     const USB::P_LibUsbDevice record = m_bus->awaitRecord(unit->productId());
     Device::AquenSolvarDfuDevice bootloader(record);
-    std::unique_ptr<Task> task(AquenSolvarTaskFactory().makeFirmwareUploadTask(&bootloader));
-    task->setPollSleep(std::chrono::milliseconds(1));
-    return task;
+    AquenSolvarTaskFactory factory;
+    factory.setTimes({std::chrono::milliseconds(1)});
+    return std::unique_ptr<Task>(factory.makeFirmwareUploadTask(&bootloader));
 }
 
 void tst_updatetask::putBundle(const QString& name, qint32 version, const QByteArray& image)

@@ -159,8 +159,8 @@ QSharedPointer<DfuDevice> openBootloader(const FakeBus& bus)
 {
     QSharedPointer<DfuDevice> device;
     try {
-        device = QSharedPointer<DfuDevice>(new DfuDevice(bus.record()), &QObject::deleteLater);
-        device->setPollSleep(std::chrono::milliseconds(0));
+        device = QSharedPointer<DfuDevice>(
+            new DfuDevice(bus.record(), {std::chrono::milliseconds(0)}), &QObject::deleteLater);
         device->init();
         device->setAlternateSetting(0);
     } catch (const USB::USBException&) {

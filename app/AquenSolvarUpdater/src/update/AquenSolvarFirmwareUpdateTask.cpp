@@ -25,8 +25,10 @@ AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(QObject* parent)
 {
 }
 
-AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record)
+AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record,
+                                                             Device::DfuTimes times)
     : m_record(std::move(record))
+    , m_times(times)
 {
 }
 
@@ -64,10 +66,8 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
         return false;
     }
     try {
-        m_device = QSharedPointer<Device::DfuDevice>(new Device::DfuDevice(m_record),
+        m_device = QSharedPointer<Device::DfuDevice>(new Device::DfuDevice(m_record, m_times),
                                                      &QObject::deleteLater);
-        m_device->setPollSleep(m_pollSleep);
-        m_device->setStatusTimeout(m_statusTimeout);
         m_device->init();
         m_device->setAlternateSetting(0);
     } catch (const USB::USBException& exception) {

@@ -22,7 +22,7 @@ class AquenSolvarFirmwareUpdateTask : public QObject,
 public:
     /// A placeholder without a unit.
     explicit AquenSolvarFirmwareUpdateTask(QObject* parent = nullptr);
-    explicit AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record);
+    explicit AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record, Device::DfuTimes times = {});
     ~AquenSolvarFirmwareUpdateTask() override;
 
     /// The last reported fraction, 0 to 1.
@@ -38,10 +38,6 @@ public:
 
     /// Sets the progress to 0 and says so, whatever it was.
     Q_INVOKABLE void resetProgress();
-
-    /// The pause between status reads, and their time-out, of downloads started from now on.
-    void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
-    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
 
 signals:
     void uploadFinsihed(); // spelled so; the user interface connects to this name
@@ -64,8 +60,7 @@ private:
     qint32 m_firmwareVersion = 0;
     QByteArray m_firmware;
     float m_progress = 0;
-    std::chrono::milliseconds m_pollSleep = Device::DfuDevice::defaultPollSleep;
-    std::chrono::milliseconds m_statusTimeout = Device::DfuDevice::defaultStatusTimeout;
+    Device::DfuTimes m_times;
     QElapsedTimer m_elapsed;
 };
 
