@@ -5,7 +5,6 @@
 #include "firmware/ImageSize.h"
 #include "qslog/Log.h"
 #include "update/DetachedJob.h"
-#include "update/DownloadTexts.h"
 
 namespace AquenSolvar::Tasks {
 
@@ -121,9 +120,10 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadFinished()
     emit uploadFinsihed();
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString)
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString,
+                                                                  const QString& source)
 {
-    QLOG_ERROR() << "Firmware download error:" << Device::englishDownloadText(errorString);
+    QLOG_ERROR() << "Firmware download error:" << source;
     emit uploadError(errorString);
 }
 
@@ -131,8 +131,8 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished()
 {
     QLOG_INFO() << "The download to" << describe(*m_record) << "ended after" << m_elapsed.elapsed()
                 << "ms";
-    // The interface must be free again before a next attempt, which may come from another task
-    // while this one waits to be collected.
+    // The interface must be free before the next attempt, which another task may make while this
+    // one still exists.
     if (m_job && m_job->isFinished() && m_device)
         m_device->close();
 }
