@@ -89,8 +89,6 @@ void DFUDownloadJob::flash()
     while (offset < m_data.size() && !m_stopRequested) {
         if (writeChunk(address, offset) == Outcome::Ended)
             return;
-        if (m_stopRequested)
-            break;
         offset += m_transferSize;
         address += m_transferSize;
     }
