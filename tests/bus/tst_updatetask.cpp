@@ -168,7 +168,7 @@ void tst_updatetask::sizeAndStop()
 
 void tst_updatetask::taskGoesWhileFlashing()
 {
-    putBundle("aquen-v9.tarnware", 9, m_image);
+    putBundle("aquen-v9.tarnware", 9, toByteArray(makeImage(30000, "1.3.1")));
     auto task = makeTask();
     QSignalSpy progress(task.get(), &Task::progressChanged);
     QVERIFY(task->uploadFirmware());
