@@ -1,7 +1,8 @@
-// The wall time of a whole download against its floor: 50 ms for each status read that waits, with
-// a unit that does each piece of work within one such pause. Needs the virtual bus preloaded:
+// The duration of a whole download against its minimum: 50 ms for each status read that waits, with
+// a unit that finishes each piece of work within one such pause. Needs the virtual bus preloaded:
 // tests/support/on-virtual-bus bench_flash
 #include "USB/PFlibusb.h"
+#include "firmware/ImageSize.h"
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "unit/Unit.h"
@@ -44,7 +45,7 @@ void flashImage(benchmark::State& state)
 
     const QSharedPointer<DfuDevice> device(new DfuDevice(awaitBootloader()));
     device->init();
-    DFUDownloadJob job(image, device, 0x28000);
+    DFUDownloadJob job(image, device, imageSizeBound);
     for (auto _ : state) {
         job.start();
         job.wait();
@@ -53,7 +54,7 @@ void flashImage(benchmark::State& state)
         state.SkipWithError("the unit does not hold the image");
     const int chunks = (imageSize + chunkSize - 1) / chunkSize;
     const int sleeps = chunks * sleepsPerChunk + sleepsAtTheEnd;
-    const auto pause = std::chrono::duration<double>(DfuDevice::defaultPollSleep).count();
+    const auto pause = std::chrono::duration<double>(DfuTimes().pollSleep).count();
     state.counters["floor_s"] = sleeps * pause;
     device->close();
 }

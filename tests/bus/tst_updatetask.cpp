@@ -1,50 +1,63 @@
 // The update task as the user interface drives it, with bundles in this program's own resource
-// directory and a virtual unit on the bus.
+// folder and a virtual unit on the bus.
 #include "Common/Paths.h"
+#include "firmware/FirmwareBundle.h"
 #include "support/BusFixture.h"
 #include "support/LogCapture.h"
+#include "support/TempFiles.h"
 #include "unit/FirmwareImage.h"
 #include "update/AquenSolvarTaskFactory.h"
+#include "update/DetachedJob.h"
 
 #include <QDir>
-#include <QFile>
-#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTranslator>
 
 using namespace AquenSolvar;
 using namespace VirtualUnit;
 using Task = Tasks::AquenSolvarFirmwareUpdateTask;
+
+namespace {
+
+// Marks each translated text.
+class Brackets : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char* /*context*/, const char* source, const char*, int) const override
+    {
+        return QStringLiteral("<%1>").arg(source);
+    }
+};
+
+} // namespace
 
 class tst_updatetask : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { m_bus = std::make_unique<BusFixture>(); }
+    void init() { m_unit = m_bus->plugBootloader(); }
     void cleanup();
-    void bootloaderIsSetUp();
     void update();
-    void noFirmware();
-    void unitCannotBeSetUp_data();
-    void unitCannotBeSetUp();
-    void errorIsForwardedAndTheUnitIsFreeAgain();
-    void stopUpdate();
-    void taskGoesAwayWhileFlashing();
+    void nothingToUpdate();
+    void failure();
+    void sizeAndStop();
+    void taskGoesWhileFlashing();
+    void programEndsWhileFlashing();
 
 private:
-    std::unique_ptr<Task> taskFor(const P_Unit& unit);
+    std::unique_ptr<Task> makeTask();
     void putBundle(const QString& name, qint32 version, const QByteArray& image);
+    bool updates(Task& task);
 
     std::unique_ptr<BusFixture> m_bus;
-    QDir m_firmwares;
+    QDir m_firmwares{Common::Paths::resourceDirectory() + "/Firmwares"};
+    P_Unit m_unit;
+    const QByteArray m_image = toByteArray(makeImage(5000, "1.3.1"));
 };
-
-void tst_updatetask::initTestCase()
-{
-    m_bus = std::make_unique<BusFixture>();
-    m_firmwares = QDir(Common::Paths::resourceDirectory() + "/Firmwares");
-}
 
 void tst_updatetask::cleanup()
 {
@@ -53,172 +66,131 @@ void tst_updatetask::cleanup()
     m_firmwares.removeRecursively();
 }
 
-std::unique_ptr<Task> tst_updatetask::taskFor(const P_Unit& unit)
+std::unique_ptr<Task> tst_updatetask::makeTask()
 {
-    const USB::P_LibUsbDevice record = m_bus->awaitRecord(unit->productId());
-    Device::AquenSolvarDfuDevice bootloader(record);
-    std::unique_ptr<Task> task(AquenSolvarTaskFactory().makeFirmwareUploadTask(&bootloader));
-    task->setPollSleep(std::chrono::milliseconds(1));
-    return task;
+    Device::AquenSolvarDfuDevice bootloader(m_bus->awaitRecord(0x0C05));
+    AquenSolvarTaskFactory factory;
+    factory.setTimes({std::chrono::milliseconds(1)});
+    return std::unique_ptr<Task>(factory.makeFirmwareUploadTask(&bootloader));
 }
 
 void tst_updatetask::putBundle(const QString& name, qint32 version, const QByteArray& image)
 {
-    QVERIFY(m_firmwares.mkpath("."));
-    QFile file(m_firmwares.filePath(name));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(Device::packFirmwareBundle(version, image));
+    TempFiles().put(m_firmwares.filePath(name), Device::packFirmwareBundle(version, image));
 }
 
-void tst_updatetask::bootloaderIsSetUp()
+// True if the unit then runs the image: it starts a valid one only.
+bool tst_updatetask::updates(Task& task)
 {
-    const P_Unit unit = m_bus->plugBootloader(Kind::Solvar);
-    LogCapture log({"DfuDevice"});
-    Device::DfuDevice device(m_bus->awaitRecord(0x0C06));
-    device.init();
-    QCOMPARE(device.deviceType(), Device::DfuDevice::SOLVAR_DFU);
-    QCOMPARE(device.transferSize(), quint16(2048));
-    QCOMPARE(device.state(), qint32(Device::DFU_STATE_IDLE));
-    QVERIFY(device.downloadCapable());
-    const QMetaObject& meta = Device::DfuDevice::staticMetaObject;
-    for (int i = QThread::staticMetaObject.propertyCount(); i < meta.propertyCount(); ++i)
-        QVERIFY2(meta.property(i).read(&device).isValid(), meta.property(i).name());
-    QCOMPARE(device.property("transferSize").toUInt(), 2048u);
-    QCOMPARE(device.segments().size(), 2);
-    QCOMPARE(device.segmentForAddress(0x08003800).pageSize, 2048u);
-    QCOMPARE(log.messages(), QStringList());
-
-    // An error state is met once with CLRSTATUS.
-    device.dfuSpecialCommand(0, Device::ERASE_PAGE);
-    QCOMPARE(unit->dfuState(), Dfu::State::Error);
-    device.close();
-    log.clear();
-    device.init();
-    QCOMPARE(unit->dfuState(), Dfu::State::Idle);
-    QCOMPARE(log.messages(), QStringList("ERROR Error state, resetting"));
-
-    unit->addFault(Fault::on("getstatus", Fault::Action::Stall));
-    QVERIFY(!device.dfuGetStatus());
-    QCOMPARE(device.status(), 14);
-    QCOMPARE(device.state(), 10);
+    QSignalSpy finished(&task, &Task::uploadFinsihed);
+    return task.uploadFirmware() && finished.wait(20000) &&
+           waitFor([&] { return m_unit->mode() == Mode::Application; });
 }
 
 void tst_updatetask::update()
 {
-    const P_Unit unit = m_bus->plugBootloader();
-    const QByteArray image = toByteArray(makeImage(5000, "1.3.1"));
-    putBundle("aquen-v7.tarnware", 7, toByteArray(makeImage(5000, "1.0.0")));
-    putBundle("aquen-v12.tarnware", 12, image);
-    putBundle("solvar-v99.tarnware", 99, toByteArray(makeImage(5000, "9.9.9")));
-    const auto task = taskFor(unit);
-    QSignalSpy finished(task.get(), &Task::uploadFinsihed);
+    putBundle("aquen-v12.tarnware", 12, m_image);
+    putBundle("solvar-v99.tarnware", 99, QByteArray(100, 'x'));
+    const auto task = makeTask();
     QSignalSpy progress(task.get(), &Task::progressChanged);
-    LogCapture log({"AquenSolvarFirmwareUpdateTask"});
-    QVERIFY(task->uploadFirmware());
-    QVERIFY(finished.wait());
-    QCOMPARE(progress.count(), 3);
-    QCOMPARE(task->progress(), 0.8192f);
+    const LogCapture log({"AquenSolvarFirmwareUpdateTask"});
+    QVERIFY(updates(*task));
+    QVERIFY(log.contains("INFO", "with bundle version 12 , 5000 bytes"));
     QVERIFY(log.contains("INFO", "Progress:  81.92"));
     QVERIFY(log.contains("INFO", "DFU download finished!"));
-    QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
-    QCOMPARE(toByteArray(unit->applicationContent()), image);
+    QCOMPARE(task->progress(), 0.8192f);
+    task->resetProgress();
+    QCOMPARE(task->progress(), 0.0f);
+    QCOMPARE(progress.count(), 4);
 }
 
-void tst_updatetask::noFirmware()
+void tst_updatetask::nothingToUpdate()
 {
-    const P_Unit unit = m_bus->plugBootloader();
-    putBundle("solvar-v9.tarnware", 9, QByteArray(100, 'x'));
-    LogCapture log({"AquenSolvarFirmwareUpdateTask"});
-    const auto task = taskFor(unit);
-    QVERIFY(!task->uploadFirmware());
-    QVERIFY(log.contains("ERROR", "No firmware update to apply"));
-    // Nothing keeps the unit from the next attempt.
-    putBundle("aquen-v9.tarnware", 9, toByteArray(makeImage(3000, "1.3.1")));
-    const auto next = taskFor(unit);
-    QSignalSpy finished(next.get(), &Task::uploadFinsihed);
-    QVERIFY(next->uploadFirmware());
-    QVERIFY(finished.wait());
-}
-
-void tst_updatetask::unitCannotBeSetUp_data()
-{
-    QTest::addColumn<QString>("request");
-    QTest::addColumn<bool>("unplugged");
-    QTest::newRow("no layout string") << "string" << false;
-    QTest::newRow("no configuration descriptor") << "descriptor" << false;
-    QTest::newRow("unplugged before") << "" << true;
-}
-
-void tst_updatetask::unitCannotBeSetUp()
-{
-    QFETCH(QString, request);
-    QFETCH(bool, unplugged);
-    const P_Unit unit = m_bus->plugBootloader();
-    putBundle("aquen-v9.tarnware", 9, QByteArray(100, 'x'));
-    const auto task = taskFor(unit);
-    if (unplugged) {
-        m_bus->unplug(unit);
-        QVERIFY(m_bus->awaitGone(0x0C05));
-    } else {
-        Fault fault = Fault::on(request.toStdString(), Fault::Action::Stall);
-        fault.times = Fault::Forever;
-        unit->addFault(fault);
-    }
-    QSignalSpy errors(task.get(), &Task::uploadError);
-    LogCapture log({"AquenSolvarFirmwareUpdateTask"});
-    QVERIFY(!task->uploadFirmware());
+    const LogCapture log({"AquenSolvarFirmwareUpdateTask"});
+    const std::unique_ptr<Task> withoutUnit(AquenSolvarTaskFactory().makeFirmwareUploadTask({}));
+    QVERIFY(!withoutUnit->uploadFirmware());
+    withoutUnit->stopUpdate();
     QVERIFY(log.contains("ERROR", "Failed to set up USB device..."));
-    QCOMPARE(errors.count(), 0);
+
+    putBundle("solvar-v9.tarnware", 9, QByteArray(100, 'x'));
+    const auto withoutFirmware = makeTask();
+    QVERIFY(!withoutFirmware->uploadFirmware());
+    QVERIFY(log.contains("ERROR", "No firmware update to apply"));
+
+    putBundle("aquen-v9.tarnware", 9, m_image);
+    m_unit->addFault(Fault::on("string", Fault::Action::Stall));
+    const auto withoutLayout = makeTask();
+    QVERIFY(!withoutLayout->uploadFirmware());
+    // Neither of the tasks keeps the unit from the next attempt.
+    QVERIFY(updates(*makeTask()));
 }
 
-void tst_updatetask::errorIsForwardedAndTheUnitIsFreeAgain()
+void tst_updatetask::failure()
 {
-    const P_Unit unit = m_bus->plugBootloader();
-    putBundle("aquen-v9.tarnware", 9, toByteArray(makeImage(3000, "1.3.1")));
-    const auto failing = taskFor(unit);
-    unit->addFault(Fault::on("erase", Fault::Action::Stall));
-    QSignalSpy errors(failing.get(), &Task::uploadError);
-    QVERIFY(failing->uploadFirmware());
-    QVERIFY(errors.wait());
-    QCOMPARE(errors.at(0).at(0).toString(), QStringLiteral("Failed to erase flash."));
-    QTest::qWait(50);
-    // The failed task still exists, as it does while QML has not collected it.
-    const auto resuming = taskFor(unit);
-    QSignalSpy finished(resuming.get(), &Task::uploadFinsihed);
-    QVERIFY(resuming->uploadFirmware());
-    QVERIFY(finished.wait());
+    Brackets brackets;
+    QCoreApplication::installTranslator(&brackets);
+    putBundle("aquen-v9.tarnware", 9, m_image);
+    const auto task = makeTask();
+    QSignalSpy errors(task.get(), &Task::uploadError);
+    const LogCapture log({"AquenSolvarFirmwareUpdateTask"});
+    m_unit->addFault(Fault::on("write", Fault::Action::FailStatus, 6));
+    QVERIFY(task->uploadFirmware());
+    QVERIFY(waitFor([&] { return log.contains("INFO", "ended after"); }));
+    QCoreApplication::removeTranslator(&brackets);
+    QCOMPARE(errors.value(0), QVariantList({"<Error state while flashing firmware.>"}));
+    QCOMPARE(errors.value(1), QVariantList({"<Caught USB exception: <Error state while downloading "
+                                            "to Aquen/Solvar in \"DFU\" mode.>>"}));
+    QCOMPARE(log.count("ERROR"), 2);
+    QVERIFY(!log.lines().join('|').contains('<')); // the log stays English
+    // The failed task still exists, but the unit is free.
+    QVERIFY(updates(*makeTask()));
 }
 
-void tst_updatetask::stopUpdate()
+void tst_updatetask::sizeAndStop()
 {
-    const P_Unit unit = m_bus->plugBootloader();
-    putBundle("aquen-v9.tarnware", 9, toByteArray(makeImage(100000, "1.3.1")));
-    const auto task = taskFor(unit);
+    putBundle("aquen-v9.tarnware", 9, QByteArray(163840, 'x'));
+    const auto task = makeTask();
+    QSignalSpy errors(task.get(), &Task::uploadError);
     QSignalSpy progress(task.get(), &Task::progressChanged);
     QSignalSpy finished(task.get(), &Task::uploadFinsihed);
-    QSignalSpy errors(task.get(), &Task::uploadError);
-    // The stop must not come while a chunk is being written, where it ends as an error.
-    unit->addFault(Fault::on("erase", Fault::Action::StayBusy, 100, 2));
+    LogCapture log({"AquenSolvarFirmwareUpdateTask"});
+    QVERIFY(task->uploadFirmware());
+    QVERIFY(waitFor([&] { return log.contains("INFO", "ended after"); }));
+    QCOMPARE(errors.value(0), QVariantList({"Too much data to complete upload."}));
+    log.clear();
+    putBundle("aquen-v9.tarnware", 9, QByteArray(163839, 'x'));
     QVERIFY(task->uploadFirmware());
     QVERIFY(progress.wait());
     task->stopUpdate();
-    QTest::qWait(50);
-    QCOMPARE(finished.count() + errors.count(), 0);
-    QVERIFY(unit->mode() == Mode::Bootloader);
+    QVERIFY(waitFor([&] { return log.contains("INFO", "ended after"); }));
+    QCOMPARE(finished.count(), 0);
 }
 
-void tst_updatetask::taskGoesAwayWhileFlashing()
+void tst_updatetask::taskGoesWhileFlashing()
 {
-    const P_Unit unit = m_bus->plugBootloader();
-    const QByteArray image = toByteArray(makeImage(30000, "1.3.1"));
-    putBundle("aquen-v9.tarnware", 9, image);
-    auto task = taskFor(unit);
+    putBundle("aquen-v9.tarnware", 9, toByteArray(makeImage(30000, "1.3.1")));
+    auto task = makeTask();
     QSignalSpy progress(task.get(), &Task::progressChanged);
     QVERIFY(task->uploadFirmware());
     QVERIFY(progress.wait());
     task.reset();
-    QVERIFY(waitFor([&] { return unit->mode() == Mode::Application; }));
-    QCOMPARE(toByteArray(unit->applicationContent()), image);
+    QVERIFY(waitFor([&] { return m_unit->mode() == Mode::Application; }));
+    QVERIFY(waitFor([&] { return qApp->findChildren<Device::DetachedJob*>().isEmpty(); }));
+}
+
+void tst_updatetask::programEndsWhileFlashing()
+{
+    putBundle("aquen-v9.tarnware", 9, m_image);
+    m_unit->addFault(Fault::on("getstatus", Fault::Action::Silence, 0, 3));
+    auto task = makeTask();
+    QVERIFY(task->uploadFirmware());
+    QVERIFY(waitFor([&] { return m_unit->trace().back().outcome == Answer::Kind::Silence; }));
+    task.reset();
+    const LogCapture log({"DFUDownloadJob"});
+    Device::DetachedJob::endAll(); // cancels the status read, whose time-out is 100 s
+    QVERIFY(log.contains("ERROR", "timed out while closing"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(updates(*makeTask()));
 }
 
 QTEST_GUILESS_MAIN(tst_updatetask)

@@ -5,7 +5,7 @@
 #include "USB/USBException.h"
 #include "devices/AquenSolvarDevice.h"
 #include "unit/FirmwareImage.h"
-#include "update/DFUDownloadJob.h"
+#include "update/DetachedJob.h"
 
 #include <QCoreApplication>
 
@@ -159,8 +159,8 @@ QSharedPointer<DfuDevice> openBootloader(const FakeBus& bus)
 {
     QSharedPointer<DfuDevice> device;
     try {
-        device = QSharedPointer<DfuDevice>(new DfuDevice(bus.record()), &QObject::deleteLater);
-        device->setPollSleep(std::chrono::milliseconds(0));
+        device = QSharedPointer<DfuDevice>(
+            new DfuDevice(bus.record(), {std::chrono::milliseconds(0)}), &QObject::deleteLater);
         device->init();
         device->setAlternateSetting(0);
     } catch (const USB::USBException&) {
@@ -176,7 +176,7 @@ void flash(const QSharedPointer<DfuDevice>& device, HostileUnit& unit)
     const std::size_t before = unit.written().size();
     JobRecorder heard;
     const QSharedPointer<DFUDownloadJob> job(new DFUDownloadJob(image(), device, maxFirmwareSize),
-                                             &DFUDownloadJob::release);
+                                             &DetachedJob::release);
     const auto here = Qt::DirectConnection;
     QObject::connect(
         job.data(), &DFUDownloadJob::uploadError, job.data(),

@@ -16,7 +16,7 @@
 
 using AquenSolvar::AquenSolvarTaskFactory;
 using AquenSolvar::AquenSolvarWatcher;
-using AquenSolvar::Device::DfuDevice;
+using AquenSolvar::Device::DfuTimes;
 using AquenSolvar::Device::P_I_Device;
 using AquenSolvar::Tasks::AquenSolvarFirmwareUpdateTask;
 
@@ -56,8 +56,8 @@ SessionTimes SessionTimes::quick()
 
 SessionTimes SessionTimes::real()
 {
-    return {USB::LibusbDeviceEnumerator::defaultListingDelayMs, 0, DfuDevice::defaultPollSleep,
-            DfuDevice::defaultStatusTimeout};
+    return {USB::LibusbDeviceEnumerator::defaultListingDelayMs, 0, DfuTimes().pollSleep,
+            DfuTimes().statusTimeout};
 }
 
 UpdaterSession::UpdaterSession(const SessionTimes& times)
@@ -85,8 +85,7 @@ void UpdaterSession::useTimes(const SessionTimes& times)
     m_window->findChild<USB::LibusbDeviceEnumerator*>()->setListingDelay(times.listingDelayMs);
     auto* factory = m_engine->singletonInstance<AquenSolvarTaskFactory*>(
         qmlTypeId("AquenSolvar", 1, 0, "AquenSolvarTaskFactory"));
-    factory->setPollSleep(times.pollSleep);
-    factory->setStatusTimeout(times.statusTimeout);
+    factory->setTimes({times.pollSleep, times.statusTimeout});
 }
 
 void UpdaterSession::listen()

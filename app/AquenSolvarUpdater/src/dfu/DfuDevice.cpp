@@ -37,11 +37,12 @@ DfuDevice::DeviceType bootloaderOf(quint16 productId)
 
 } // namespace
 
-DfuDevice::DfuDevice(USB::P_LibUsbDevice record)
+DfuDevice::DfuDevice(USB::P_LibUsbDevice record, DfuTimes times)
     : USB::USBDevice(std::move(record), 1, 0)
     , m_deviceType(bootloaderOf(descriptor().idProduct))
+    , m_times(times)
 {
-    // A property whose type name is not registered reads as undefined, without a word.
+    // A property of an unregistered type silently reads as undefined.
     qRegisterMetaType<uint8_t>("uint8_t");
     qRegisterMetaType<uint16_t>("uint16_t");
     qRegisterMetaType<uint32_t>("uint32_t");
@@ -95,7 +96,7 @@ bool DfuDevice::dfuGetStatus()
     try {
         m_reply = decodeStatusReply(controlRead(classRead, requestGetStatus, 0,
                                                 quint16(interfaceNumber()), statusLength,
-                                                unsigned(m_statusTimeout.count())));
+                                                unsigned(m_times.statusTimeout.count())));
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "USB Error:" << exception.what();
         return failRequest();
@@ -149,11 +150,11 @@ bool DfuDevice::dfuSpecialCommand(quint32 address, SpecialCommand command)
 
 bool DfuDevice::poll()
 {
-    QThread::msleep(static_cast<unsigned long>(m_pollSleep.count()));
+    QThread::msleep(static_cast<unsigned long>(m_times.pollSleep.count()));
     QCoreApplication::processEvents();
-    const bool isAnswered = dfuGetStatus();
+    const bool succeeded = dfuGetStatus();
     warnOfLongWork();
-    return isAnswered;
+    return succeeded;
 }
 
 void DfuDevice::warnOfLongWork()
@@ -162,7 +163,7 @@ void DfuDevice::warnOfLongWork()
         m_busyTime.invalidate();
     } else if (!m_busyTime.isValid()) {
         m_busyTime.start();
-        m_nextBusyWarning = m_busyWarning;
+        m_nextBusyWarning = m_times.busyWarning;
     } else if (m_busyTime.elapsed() >= m_nextBusyWarning.count()) {
         QLOG_WARN() << "The unit has been busy for" << m_busyTime.elapsed() << "ms";
         m_nextBusyWarning *= 2;

@@ -3,20 +3,19 @@
 #include "USB/USBDevice.h"
 #include "dfu/DfuProtocol.h"
 #include "dfu/DfuSeLayout.h"
+#include "dfu/DfuTimes.h"
 #include "firmware/FirmwareBundle.h"
 
 #include <QElapsedTimer>
 #include <QEnableSharedFromThis>
 
-#include <chrono>
-
 namespace AquenSolvar::Device {
 
-/// A unit's running bootloader: the requests of USB DFU 1.1 that a firmware download needs, with
-/// the set-address and page-erase commands of the DfuSe application note. Lives behind a shared
-/// pointer whose deleter is QObject::deleteLater().
+/// A unit whose bootloader runs: the requests of USB DFU 1.1 that a firmware download needs, with
+/// the set-address and page-erase commands of the DfuSe application note. Owned by shared pointers
+/// whose deleter is QObject::deleteLater().
 ///
-/// One thread at a time: the GUI thread sets it up, then the download job's thread drives it.
+/// One thread at a time: the GUI thread sets it up, then the download job's thread uses it.
 /// abortTransfers() may be called from any thread.
 class DfuDevice : public USB::USBDevice, public QEnableSharedFromThis<DfuDevice>
 {
@@ -31,7 +30,7 @@ class DfuDevice : public USB::USBDevice, public QEnableSharedFromThis<DfuDevice>
     Q_PROPERTY(bool manifestationTolerant READ manifestationTolerant)
 
 public:
-    /// Whose bootloader this is.
+    /// The unit kind that the bootloader belongs to.
     enum DeviceType
     {
         AQUEN_DFU = 0,
@@ -40,44 +39,40 @@ public:
     };
     Q_ENUM(DeviceType)
 
-    /// Flash address that the first byte of a firmware image is written to.
+    /// Flash address of the first byte of a firmware image.
     static constexpr quint32 imageStartAddress = 0x08003800;
-    /// The fixed pause before each status read of a wait. The unit's own poll time-out is not used.
-    static constexpr std::chrono::milliseconds defaultPollSleep{50};
-    /// How long a unit may take to tell its status: some are deaf while they erase.
-    static constexpr std::chrono::milliseconds defaultStatusTimeout{100000};
-    /// After how long a wait for a busy unit is logged, and again each time that it has doubled.
-    static constexpr std::chrono::milliseconds defaultBusyWarning{10000};
 
-    /// Opens nothing. @throws USB::USBException when the device descriptor cannot be read.
-    explicit DfuDevice(USB::P_LibUsbDevice record);
+    /// Does not open the unit. @throws USB::USBException when the device descriptor cannot be read.
+    explicit DfuDevice(USB::P_LibUsbDevice record, DfuTimes times = {});
 
     /// Opens the unit, reads the memory layout of every alternate setting and the DFU functional
     /// descriptor, then the status; an error state is cleared once. Protocol problems are logged
-    /// and leave the fields as they are.
+    /// and leave the fields unchanged.
     /// @throws USB::USBException when opening or a descriptor read fails.
     void init() override;
 
-    /// One class request each. False after a USB failure, which is logged and leaves status 14 and
-    /// state 10. Never throw.
+    /// One class request each. False after a USB failure, which is logged and sets status 14 and
+    /// state 10. They never throw.
     bool dfuGetStatus();
     bool dfuClearStatus();
     bool dfuDownload(quint16 blockNumber, const QByteArray& data);
 
-    /// Sends a DfuSe command and waits until the unit is no longer busy with it. True when the unit
-    /// then reports status OK. A failed status is not cleared: the caller decides.
+    /// Sends a DfuSe command and waits until the unit is no longer busy with it. True if the unit
+    /// then reports status OK. An error status is not cleared.
     bool dfuSpecialCommand(quint32 address, SpecialCommand command);
 
     /// One round of a wait: the poll sleep, one pass over the calling thread's pending events, then
-    /// dfuGetStatus(). A unit that stays busy is waited for without end, but not without a word:
-    /// see defaultBusyWarning.
+    /// dfuGetStatus(). Callers repeat it indefinitely while the unit is busy; a warning is logged
+    /// after DfuTimes::busyWarning.
     bool poll();
 
     /// Appends the segments that one interface string describes; see parseMemoryLayout().
     void parseInterfaceString(const QString& text);
+
+    /// The first segment that contains the address; three zeros if none does.
     MemorySegment segmentForAddress(quint32 address) const;
 
-    /// The newest valid bundle that was shipped for this unit; empty data when there is none.
+    /// The newest valid bundle that was shipped for this unit kind; empty data if there is none.
     FirmwareBundle getBundledTarnwareUpdate() const;
 
     qint32 status() const { return m_reply.status; }
@@ -95,17 +90,8 @@ public:
     quint32 flashStartAddress() const { return m_flashStartAddress; }
     const QList<MemorySegment>& segments() const { return m_segments; }
 
-    /// The pause of poll(), before the unit is used.
-    void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
-
-    /// The time-out of dfuGetStatus(), before the unit is used.
-    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
-
-    /// When poll() first logs that the unit is still busy, before the unit is used.
-    void setBusyWarning(std::chrono::milliseconds after) { m_busyWarning = after; }
-
 signals:
-    // For observers; the requests change the fields without a signal.
+    // Never emitted: the requests change the fields without a signal.
     void stateChanged(AquenSolvar::Device::DFUState state);
     void statusChanged(AquenSolvar::Device::DFUStatus status);
 
@@ -120,11 +106,9 @@ private:
     DeviceType m_deviceType = UNKNOWN_DFU;
     quint32 m_flashStartAddress = imageStartAddress;
     QList<MemorySegment> m_segments;
-    std::chrono::milliseconds m_pollSleep = defaultPollSleep;
-    std::chrono::milliseconds m_statusTimeout = defaultStatusTimeout;
-    std::chrono::milliseconds m_busyWarning = defaultBusyWarning;
+    DfuTimes m_times;
     std::chrono::milliseconds m_nextBusyWarning{0};
-    QElapsedTimer m_busyTime; // valid while the unit says that it is busy
+    QElapsedTimer m_busyTime; // valid while the unit reports busy
 };
 
 } // namespace AquenSolvar::Device

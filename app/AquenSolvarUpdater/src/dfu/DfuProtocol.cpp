@@ -42,14 +42,14 @@ QString nameIn(const char* const (&names)[Size], int code, const char* illegal)
     return QString::fromLatin1(known ? names[code] : illegal);
 }
 
-quint32 widened(char byte)
+quint32 signExtended(char byte)
 {
     return quint32(qint32(static_cast<signed char>(byte)));
 }
 
-quint32 widenedWord(const QByteArray& bytes, int offset)
+quint32 signExtendedWord(const QByteArray& bytes, int offset)
 {
-    return (widened(bytes[offset + 1]) << 8) | widened(bytes[offset]);
+    return (signExtended(bytes[offset + 1]) << 8) | signExtended(bytes[offset]);
 }
 
 } // namespace
@@ -64,13 +64,14 @@ QString stateName(int state)
     return nameIn(stateNames, state, "Illegal state");
 }
 
-DfuStatusReply decodeStatusReply(const QByteArray& answer)
+DfuStatusReply decodeStatusReply(const QByteArray& response)
 {
-    const QByteArray bytes = answer.leftJustified(statusReplyLength, '\0', true);
+    const QByteArray bytes = response.leftJustified(statusReplyLength, '\0', true);
     DfuStatusReply reply;
-    reply.status = qint32(widened(bytes[0]));
-    reply.pollTimeout = (((widened(bytes[3]) << 8) | widened(bytes[2])) << 8) | widened(bytes[1]);
-    reply.state = qint32(widened(bytes[4]));
+    reply.status = qint32(signExtended(bytes[0]));
+    reply.pollTimeout =
+        (((signExtended(bytes[3]) << 8) | signExtended(bytes[2])) << 8) | signExtended(bytes[1]);
+    reply.state = qint32(signExtended(bytes[4]));
     return reply;
 }
 
@@ -78,14 +79,14 @@ bool decodeFunctionalDescriptor(const QByteArray& configuration, DfuFunctionalDe
 {
     if (configuration.size() < configurationHeaderLength)
         return false;
-    const qint32 totalLength = qint32(widenedWord(configuration, 2));
+    const qint32 totalLength = qint32(signExtendedWord(configuration, 2));
     if (totalLength < functionalDescriptorLength ||
         configuration.size() < functionalDescriptorLength)
         return false;
     const QByteArray last = configuration.left(totalLength).right(functionalDescriptorLength);
     out.attributes = quint8(last[2]);
-    out.detachTimeout = quint16(widenedWord(last, 3));
-    out.transferSize = quint16(widenedWord(last, 5));
+    out.detachTimeout = quint16(signExtendedWord(last, 3));
+    out.transferSize = quint16(signExtendedWord(last, 5));
     return true;
 }
 

@@ -50,12 +50,12 @@ enum SpecialCommand : qint32
     ERASE_PAGE = 1
 };
 
-/// Display text of a status or state code, for log lines; "Illegal status" and "Illegal state" for
-/// codes outside the enumerations.
+/// Text of a status or state code for log lines; "Illegal status" and "Illegal state" for codes
+/// outside the enumerations. Any thread.
 QString statusName(int status);
 QString stateName(int state);
 
-/// The answer to GETSTATUS (USB DFU 1.1, 6.1.2) without iString.
+/// The response to GETSTATUS (USB DFU 1.1, 6.1.2) without iString.
 struct DfuStatusReply
 {
     qint32 status = 0;
@@ -63,10 +63,10 @@ struct DfuStatusReply
     qint32 state = 0;
 };
 
-/// Decodes the six bytes of a GETSTATUS answer; missing bytes count as zero. Each byte is widened
-/// with its sign before the poll time-out is put together, so that a byte of 0x80 or more sets all
-/// higher bits.
-DfuStatusReply decodeStatusReply(const QByteArray& answer);
+/// Decodes the six bytes of a GETSTATUS response; missing bytes count as zero. Each byte is
+/// sign-extended before the poll time-out is assembled, so that a byte of 0x80 or more sets all
+/// higher bits. Any thread.
+DfuStatusReply decodeStatusReply(const QByteArray& response);
 
 /// The DFU functional descriptor (USB DFU 1.1, 4.1.3).
 struct DfuFunctionalDescriptor
@@ -79,13 +79,13 @@ struct DfuFunctionalDescriptor
     bool isManifestationTolerant() const { return (attributes & 0x04) != 0; }
 };
 
-/// Finds the functional descriptor as the last nine bytes of a configuration (USB 2.0, 9.6.3), cut
-/// to the total length that the configuration states, with the widening of decodeStatusReply().
-/// @return false, with @p out untouched, when the stated length leaves fewer than nine bytes.
+/// Decodes the last nine bytes of a configuration (USB 2.0, 9.6.3), cut to its stated total length,
+/// as the functional descriptor. Bytes are sign-extended as in decodeStatusReply(). Any thread.
+/// @return false, with @p out unchanged, if fewer than nine bytes remain.
 bool decodeFunctionalDescriptor(const QByteArray& configuration, DfuFunctionalDescriptor& out);
 
-/// The five bytes of a special command: code, then the address, least significant byte first. An
-/// unknown command gets code 0.
+/// The five bytes of a DfuSe command: the code, then the address, least significant byte first. The
+/// code of an unknown command is 0. Any thread.
 QByteArray specialCommandPayload(quint32 address, SpecialCommand command);
 
 } // namespace AquenSolvar::Device

@@ -10,7 +10,7 @@ namespace {
 
 constexpr qint64 addressSpace = qint64(1) << 32;
 
-// One "count*size multiplier types" group as it stands in the text.
+// One "count*size multiplier types" group as read from the text.
 struct SectorGroup
 {
     long long count = 0;
@@ -21,8 +21,8 @@ struct SectorGroup
 
 bool scanSectorGroup(const char* cursor, SectorGroup& group)
 {
-    // The widths keep a number within 64 bits; the C library leaves an overlong one undefined. The
-    // type letters have a count of their own, as they may be missing at the end of the text.
+    // The widths keep a number within 64 bits: a longer one is undefined behaviour. The type
+    // letters have a count of their own, since they may be missing at the end of the text.
     int withoutTypes = 0;
     int withTypes = 0;
     // NOLINTNEXTLINE(cert-err34-c): see above
@@ -32,7 +32,7 @@ bool scanSectorGroup(const char* cursor, SectorGroup& group)
     return items >= 3;
 }
 
-// The factor of a size; 0 for a letter that is none.
+// The factor of a size; 0 for an invalid letter.
 qint64 factorOf(char multiplier)
 {
     switch (multiplier) {
@@ -47,14 +47,14 @@ qint64 factorOf(char multiplier)
     }
 }
 
-// The unit's character for a log line, in which it must not start a line or an escape of its own.
+// The unit's character for a log line, without control characters that would break the line.
 QByteArray loggable(char character)
 {
     const bool printable = character >= 0x20 && character < 0x7F;
     return printable ? QByteArray(1, character) : "0x" + QByteArray(1, character).toHex();
 }
 
-// Appends the segment of a group that starts at @p address and moves the address past it.
+// Appends the segment of a group at @p address and moves the address past it.
 bool appendSegment(const SectorGroup& group, qint64& address, QList<MemorySegment>& segments)
 {
     const qint64 factor = factorOf(group.multiplier);
@@ -65,8 +65,8 @@ bool appendSegment(const SectorGroup& group, qint64& address, QList<MemorySegmen
     const bool factorsFit = group.count >= 0 && group.count < addressSpace && group.size >= 0 &&
                             group.size < addressSpace / factor;
     const qint64 pageSize = factorsFit ? group.size * factor : 0;
-    // A group may follow one that ends with the last address: even empty, it starts nowhere.
-    // Count and size are below 2^32: the product is compared before it is made.
+    // After a group that ends with the last address, even an empty group has no valid start. Count
+    // and size are below 2^32: dividing instead of multiplying avoids overflow.
     const bool lengthFits = factorsFit && address < addressSpace &&
                             (pageSize == 0 || group.count <= (addressSpace - address) / pageSize);
     const qint64 end = lengthFits ? address + group.count * pageSize - 1 : -1;

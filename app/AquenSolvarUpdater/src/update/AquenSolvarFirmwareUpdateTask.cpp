@@ -2,15 +2,13 @@
 
 #include "USB/USBException.h"
 #include "devices/UnitKind.h"
+#include "firmware/ImageSize.h"
 #include "qslog/Log.h"
-#include "update/DownloadTexts.h"
+#include "update/DetachedJob.h"
 
 namespace AquenSolvar::Tasks {
 
 namespace {
-
-// Exclusive upper bound of an image: the flash that the application firmware may take.
-constexpr int maxFirmwareSize = 0x28000;
 
 QString describe(const USB::LibUsbDevice& record)
 {
@@ -26,8 +24,10 @@ AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(QObject* parent)
 {
 }
 
-AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record)
+AquenSolvarFirmwareUpdateTask::AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record,
+                                                             Device::DfuTimes times)
     : m_record(std::move(record))
+    , m_times(times)
 {
 }
 
@@ -65,10 +65,8 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
         return false;
     }
     try {
-        m_device = QSharedPointer<Device::DfuDevice>(new Device::DfuDevice(m_record),
+        m_device = QSharedPointer<Device::DfuDevice>(new Device::DfuDevice(m_record, m_times),
                                                      &QObject::deleteLater);
-        m_device->setPollSleep(m_pollSleep);
-        m_device->setStatusTimeout(m_statusTimeout);
         m_device->init();
         m_device->setAlternateSetting(0);
     } catch (const USB::USBException& exception) {
@@ -83,8 +81,8 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
 void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
 {
     using Device::DFUDownloadJob;
-    m_job = QSharedPointer<DFUDownloadJob>(new DFUDownloadJob(image, m_device, maxFirmwareSize),
-                                           &DFUDownloadJob::release);
+    m_job = QSharedPointer<DFUDownloadJob>(
+        new DFUDownloadJob(image, m_device, Device::imageSizeBound), &Device::DetachedJob::release);
     connect(m_job.data(), &DFUDownloadJob::uploadError, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError);
     connect(m_job.data(), &DFUDownloadJob::uploadFinished, this,
@@ -122,9 +120,10 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadFinished()
     emit uploadFinsihed();
 }
 
-void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString)
+void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_uploadError(const QString& errorString,
+                                                                  const QString& source)
 {
-    QLOG_ERROR() << "Firmware download error:" << Device::englishDownloadText(errorString);
+    QLOG_ERROR() << "Firmware download error:" << source;
     emit uploadError(errorString);
 }
 
@@ -132,8 +131,8 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished()
 {
     QLOG_INFO() << "The download to" << describe(*m_record) << "ended after" << m_elapsed.elapsed()
                 << "ms";
-    // The interface must be free again before a next attempt, which may come from another task
-    // while this one waits to be collected.
+    // The interface must be free before the next attempt, which another task may make while this
+    // one still exists.
     if (m_job && m_job->isFinished() && m_device)
         m_device->close();
 }

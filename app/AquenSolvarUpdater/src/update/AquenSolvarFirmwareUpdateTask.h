@@ -9,10 +9,9 @@
 
 namespace AquenSolvar::Tasks {
 
-/// One firmware update of one unit that is in its bootloader, as the user interface drives it:
-/// opens the unit, picks the newest shipped firmware and flashes it on a thread of its own. GUI
-/// thread; usually owned by QML. Destruction does not stop a running download: it goes on by
-/// itself.
+/// One firmware update of one unit whose bootloader runs, for the user interface: opens the unit,
+/// picks the newest shipped firmware and flashes it on a thread of its own. GUI thread; usually
+/// owned by QML. Destruction does not stop a running download.
 class AquenSolvarFirmwareUpdateTask : public QObject,
                                       public QEnableSharedFromThis<AquenSolvarFirmwareUpdateTask>
 {
@@ -22,36 +21,33 @@ class AquenSolvarFirmwareUpdateTask : public QObject,
 public:
     /// A placeholder without a unit.
     explicit AquenSolvarFirmwareUpdateTask(QObject* parent = nullptr);
-    explicit AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record);
+    explicit AquenSolvarFirmwareUpdateTask(USB::P_LibUsbDevice record, Device::DfuTimes times = {});
     ~AquenSolvarFirmwareUpdateTask() override;
 
-    /// The last reported fraction, 0 to 1.
+    /// The last reported fraction, from 0 to 1.
     float progress() const { return m_progress; }
 
     /// Opens the unit and starts the download.
-    /// @return true when a download was started; false, with a log line and without a signal, when
+    /// @return true if a download was started. False, with a log line and without a signal, if
     ///         there is no unit, it cannot be set up, or no firmware was shipped for it.
     Q_INVOKABLE bool uploadFirmware();
 
-    /// Ends a running download, blocking for up to 3 s; nothing happens without one.
+    /// Stops a running download, see DFUDownloadJob::stop(). Blocks for at most 3 s.
     Q_INVOKABLE void stopUpdate();
 
-    /// Sets the progress to 0 and says so, whatever it was.
+    /// Sets the progress to 0 and emits progressChanged(), even if it is 0 already.
     Q_INVOKABLE void resetProgress();
 
-    /// The pause between status reads, and their time-out, of downloads started from now on.
-    void setPollSleep(std::chrono::milliseconds sleep) { m_pollSleep = sleep; }
-    void setStatusTimeout(std::chrono::milliseconds timeout) { m_statusTimeout = timeout; }
-
 signals:
-    void uploadFinsihed(); // spelled so; the user interface connects to this name
+    void uploadFinsihed(); // the user interface connects to this spelling
     void uploadError(QString errorString);
     void progressChanged();
 
 public slots:
     void on_DFUDownloadJob_uploadProgress(float progress);
     void on_DFUDownloadJob_uploadFinished();
-    void on_DFUDownloadJob_uploadError(const QString& errorString);
+    /// @param source the text in English, for the log
+    void on_DFUDownloadJob_uploadError(const QString& errorString, const QString& source);
 
 private:
     bool openDevice();
@@ -61,11 +57,11 @@ private:
     USB::P_LibUsbDevice m_record;
     QSharedPointer<Device::DFUDownloadJob> m_job;
     QSharedPointer<Device::DfuDevice> m_device;
+    // Part of the task's data model, but not written: the chosen image goes straight to the job.
     qint32 m_firmwareVersion = 0;
     QByteArray m_firmware;
     float m_progress = 0;
-    std::chrono::milliseconds m_pollSleep = Device::DfuDevice::defaultPollSleep;
-    std::chrono::milliseconds m_statusTimeout = Device::DfuDevice::defaultStatusTimeout;
+    Device::DfuTimes m_times;
     QElapsedTimer m_elapsed;
 };
 

@@ -14,11 +14,8 @@ AquenSolvarTaskFactory::makeFirmwareUploadTask(Device::AquenSolvarDfuDevice* dev
 {
     if (device == nullptr)
         QLOG_ERROR() << "Asked for an update task without a device";
-    auto* task = new Tasks::AquenSolvarFirmwareUpdateTask(
-        device != nullptr ? device->record() : USB::P_LibUsbDevice());
-    task->setPollSleep(m_pollSleep);
-    task->setStatusTimeout(m_statusTimeout);
-    return task;
+    return new Tasks::AquenSolvarFirmwareUpdateTask(
+        device != nullptr ? device->record() : USB::P_LibUsbDevice(), m_times);
 }
 
 } // namespace AquenSolvar

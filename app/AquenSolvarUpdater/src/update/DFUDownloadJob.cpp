@@ -2,7 +2,6 @@
 
 #include "USB/USBException.h"
 #include "qslog/Log.h"
-#include "update/DetachedJob.h"
 #include "update/SleepInhibitor.h"
 
 #include <QCoreApplication>
@@ -15,8 +14,32 @@ namespace {
 // n is pointer + (n - 2) * transfer size (DfuSe application note).
 constexpr quint16 dataBlock = 2;
 
-// How long a transfer that was called off may take to come back.
+// How long a cancelled transfer may take to return.
 constexpr unsigned long abortWaitMs = 1000;
+
+// User texts that several steps fail with.
+constexpr const char* readStatusFailed =
+    QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to read device status.");
+constexpr const char* eraseFailed =
+    QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to erase flash.");
+constexpr const char* uploadDataFailed =
+    QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to upload firmware data.");
+constexpr const char* finalizeFailed = QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob",
+                                                         "Failed to finalize firmware flashing.");
+
+constexpr const char* badState =
+    QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob",
+                      "Error state while downloading to Aquen/Solvar in \"DFU\" mode.");
+
+// Ends a run in which the unit has reported an unexpected status or state.
+class BadStateException : public USB::USBException
+{
+public:
+    BadStateException()
+        : USB::USBException(QString::fromLatin1(badState))
+    {
+    }
+};
 
 } // namespace
 
@@ -44,23 +67,16 @@ void DFUDownloadJob::stop()
         QLOG_ERROR() << "The download did not end; it is left to end by itself.";
 }
 
-void DFUDownloadJob::release(DFUDownloadJob* job)
-{
-    if (job->isRunning())
-        DetachedJob::adopt(job);
-    else
-        delete job;
-}
-
 void DFUDownloadJob::run()
 {
     const SleepInhibitor awake(tr("A unit's firmware is being updated."));
     try {
         flash();
+    } catch (const BadStateException& exception) {
+        reportException(exception.message(), tr(badState));
     } catch (const USB::USBException& exception) {
-        QLOG_ERROR() << "Caught USB exception" << exception.what();
-        // The USB layer's own messages stay English; the job's own is translated here.
-        emit uploadError(tr("Caught USB exception: %1").arg(tr(exception.what())));
+        // The messages of the USB layer have no translation.
+        reportException(exception.message(), exception.message());
     }
 }
 
@@ -73,8 +89,6 @@ void DFUDownloadJob::flash()
     while (offset < m_data.size() && !m_stopRequested) {
         if (writeChunk(address, offset) == Outcome::Ended)
             return;
-        if (m_stopRequested)
-            break;
         offset += m_transferSize;
         address += m_transferSize;
     }
@@ -86,21 +100,21 @@ void DFUDownloadJob::flash()
 DFUDownloadJob::Outcome DFUDownloadJob::prepare()
 {
     if (m_data.size() >= m_maxFirmwareSize)
-        return failWith(tr("Too much data to complete upload."));
+        return failWith(QT_TR_NOOP("Too much data to complete upload."));
     if (!m_device) {
         QLOG_ERROR() << "No device, fail";
-        return failWith(tr("No device to update."));
+        return failWith(QT_TR_NOOP("No device to update."));
     }
     m_transferSize = m_device->transferSize();
     if (!m_device->dfuGetStatus()) {
         QLOG_ERROR() << "Failed to read DFU device status.";
-        return failWith(tr("Failed to read device status."));
+        return failWith(readStatusFailed);
     }
     if (m_device->state() == DFU_STATE_ERROR) {
         QLOG_INFO() << "Clearing error state!";
         if (!m_device->dfuClearStatus()) {
             QLOG_ERROR() << "Failed to clear device error state.";
-            return failWith(tr("Failed to clear device status."));
+            return failWith(QT_TR_NOOP("Failed to clear device status."));
         }
     }
     warnOfSmallTransferSize();
@@ -118,9 +132,9 @@ void DFUDownloadJob::warnOfSmallTransferSize() const
 DFUDownloadJob::Outcome DFUDownloadJob::writeChunk(quint32 address, int offset)
 {
     if (m_transferSize == 0) {
-        // Nothing could be sent but an empty download, which would start the unfinished firmware.
+        // Only an empty download could be sent, which would start the unfinished firmware.
         QLOG_ERROR() << "The device takes no data: its transfer size is 0.";
-        return failWith(tr("Failed to upload firmware data."));
+        return failWith(uploadDataFailed);
     }
     if (erase(address) == Outcome::Ended)
         return Outcome::Ended;
@@ -128,17 +142,17 @@ DFUDownloadJob::Outcome DFUDownloadJob::writeChunk(quint32 address, int offset)
         return Outcome::Continue;
     if (!m_device->dfuSpecialCommand(address, SET_ADDRESS)) {
         QLOG_ERROR() << "Failed to set address for data chunk:" << address;
-        return failWith(tr("Failed to upload firmware."));
+        return failWith(QT_TR_NOOP("Failed to upload firmware."));
     }
     if (awaitAddressSet() == Outcome::Ended)
         return Outcome::Ended;
-    // The last place at which a stop is no error: in the wait for a chunk it ends in a bad state.
+    // The last check before the chunk is sent: a stop while the unit writes it is a bad state.
     if (m_stopRequested)
         return Outcome::Continue;
     const QByteArray chunk = m_data.mid(offset, m_transferSize);
     if (!m_device->dfuDownload(dataBlock, chunk)) {
         QLOG_ERROR() << "Failed to upload data chunk";
-        return failWith(tr("Failed to upload firmware data."));
+        return failWith(uploadDataFailed);
     }
     if (awaitChunkWritten() == Outcome::Ended)
         return Outcome::Ended;
@@ -151,13 +165,13 @@ DFUDownloadJob::Outcome DFUDownloadJob::erase(quint32 address)
     const quint32 pageSize = m_device->segmentForAddress(address).pageSize;
     if (pageSize == 0) {
         QLOG_ERROR() << "No flash page at address" << address;
-        return failWith(tr("Failed to erase flash."));
+        return failWith(eraseFailed);
     }
     const quint64 end = quint64(address) + m_transferSize;
     for (quint64 page = address; page < end && !m_stopRequested; page += pageSize) {
         if (!m_device->dfuSpecialCommand(quint32(page), ERASE_PAGE)) {
             QLOG_ERROR() << "Failed to erase page";
-            return failWith(tr("Failed to erase flash."));
+            return failWith(eraseFailed);
         }
     }
     return Outcome::Continue;
@@ -168,13 +182,13 @@ DFUDownloadJob::Outcome DFUDownloadJob::awaitAddressSet()
     do {
         if (!m_device->poll()) {
             QLOG_ERROR() << "Failed to get device status.";
-            return failWith(tr("Failed to flash device sector."));
+            return failWith(QT_TR_NOOP("Failed to flash device sector."));
         }
     } while (m_device->state() == DFU_STATE_DNBUSY && !m_stopRequested);
     if (m_device->status() != DFU_STATUS_OK) {
         QLOG_ERROR() << "Device in bad state (expected OK, got" << statusName(m_device->status())
                      << ")";
-        failInBadState(tr("Error while flashing firmware."));
+        failInBadState(QT_TR_NOOP("Error while flashing firmware."));
     }
     return Outcome::Continue;
 }
@@ -184,12 +198,12 @@ DFUDownloadJob::Outcome DFUDownloadJob::awaitChunkWritten()
     do {
         if (!m_device->poll()) {
             QLOG_ERROR() << "Failed to read device status.";
-            return failWith(tr("Failed to read device status."));
+            return failWith(readStatusFailed);
         }
     } while (m_device->state() == DFU_STATE_DNBUSY && !m_stopRequested);
     if (m_device->state() != DFU_STATE_DNLOAD_IDLE) {
         QLOG_ERROR() << "Hm, something went wrong!";
-        failInBadState(tr("Error state while flashing firmware."));
+        failInBadState(QT_TR_NOOP("Error state while flashing firmware."));
     }
     return Outcome::Continue;
 }
@@ -198,21 +212,21 @@ void DFUDownloadJob::finish(quint32 address)
 {
     if (!m_device->dfuSpecialCommand(address, SET_ADDRESS)) {
         QLOG_ERROR() << "Failed to set final address.";
-        failWith(tr("Failed to finalize firmware flashing."));
+        failWith(finalizeFailed);
         return;
     }
     if (!m_device->dfuDownload(dataBlock, QByteArray())) {
         QLOG_ERROR() << "Failed to write empty bytes to finish flashing.";
-        failWith(tr("Failed to finalize firmware flashing."));
+        failWith(finalizeFailed);
         return;
     }
-    // At least one read, even after a stop: the unit starts the new firmware at the first.
+    // At least one read, even after a stop: the first read makes the unit start the new firmware.
     qint32 state = DFU_STATE_ERROR;
     do {
         QCoreApplication::processEvents();
         if (!m_device->dfuGetStatus()) {
             QLOG_ERROR() << "Failed to read DFU status.";
-            failWith(tr("Failed to read device status."));
+            failWith(readStatusFailed);
             return;
         }
         state = m_device->state();
@@ -225,17 +239,23 @@ void DFUDownloadJob::finish(quint32 address)
     emit uploadFinished();
 }
 
-DFUDownloadJob::Outcome DFUDownloadJob::failWith(const QString& userText)
+DFUDownloadJob::Outcome DFUDownloadJob::failWith(const char* source)
 {
-    emit uploadError(userText);
+    emit uploadError(tr(source), QString::fromLatin1(source));
     return Outcome::Ended;
 }
 
-void DFUDownloadJob::failInBadState(const QString& userText)
+void DFUDownloadJob::failInBadState(const char* source)
 {
-    emit uploadError(userText);
-    throw USB::USBException(
-        QStringLiteral("Error state while downloading to Aquen/Solvar in \"DFU\" mode."));
+    failWith(source);
+    throw BadStateException();
+}
+
+void DFUDownloadJob::reportException(const QString& message, const QString& translatedMessage)
+{
+    QLOG_ERROR() << "Caught USB exception" << qUtf8Printable(message);
+    const char* source = QT_TR_NOOP("Caught USB exception: %1");
+    emit uploadError(tr(source).arg(translatedMessage), QString::fromLatin1(source).arg(message));
 }
 
 } // namespace AquenSolvar::Device

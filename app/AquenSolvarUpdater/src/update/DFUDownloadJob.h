@@ -11,41 +11,39 @@
 
 namespace AquenSolvar::Device {
 
-/// Writes one firmware image into a unit that is in its bootloader, on a thread of its own: for
-/// each chunk of the unit's transfer size it erases, sets the address and writes; a zero-length
-/// download at the end makes the unit start the new firmware. Runs once. Every failure ends the
-/// run, nothing is retried, and nothing is cleaned up on the unit.
+/// Writes one firmware image into a unit whose bootloader runs, on a thread of its own. For each
+/// chunk of the unit's transfer size it erases flash, sets the address and writes; at the end a
+/// zero-length download makes the unit start the new firmware (DfuSe application note). Runs once.
+/// Every failure ends the run: the job neither retries nor resets the unit's status.
 ///
-/// The object belongs to its own thread, so its signals arrive queued. start() and stop() are
-/// called on the GUI thread. Delete it through release().
+/// The object lives on its own thread, so its signals arrive queued. start() and stop() are called
+/// on the GUI thread. A running job must not be deleted.
 class DFUDownloadJob : public QThread
 {
     Q_OBJECT
 
 public:
-    /// How long stop() waits for a run to end by itself.
+    /// How long stop() waits before it cancels the pending transfer.
     static constexpr std::chrono::milliseconds stopWait{2000};
 
     /// @param maxFirmwareSize exclusive upper bound of the image's length in bytes
     DFUDownloadJob(QByteArray data, QSharedPointer<DfuDevice> device, int maxFirmwareSize);
     ~DFUDownloadJob() override;
 
-    /// Asks the run to end between two USB exchanges and waits at most 2000 ms for it. If it does
-    /// not end, calls off the transfer in flight: a thread that is terminated inside libusb would
-    /// leave libusb's locks taken. May be called when nothing runs.
+    /// Requests the end of the run between two USB transfers and waits at most stopWait for it.
+    /// After that it cancels the pending transfer and waits 1 s more; the thread is never
+    /// terminated, since libusb's locks would stay taken. Does nothing if no run is active.
     void stop();
 
-    /// Asks the run to end and does not wait.
+    /// Requests the end of the run and returns at once. Any thread.
     void requestStop() { m_stopRequested = true; }
 
-    /// Deleter for shared pointers. A job that still runs goes on, with all that it uses kept
-    /// alive, and is deleted when it has ended; the end of the program stops it.
-    static void release(DFUDownloadJob* job);
-
 signals:
-    /// One of the user-visible texts; some failures give two in a row.
-    void uploadError(QString errorString);
-    /// Despite its name a fraction from 0 to 1; 1 itself is never reported.
+    /// A failure. Some failures are reported by two signals in a row.
+    /// @param errorString the text in the language of the user interface
+    /// @param source the same text in English, for the log
+    void uploadError(QString errorString, QString source);
+    /// @param percent a fraction from 0 to 1, despite its name; 1 itself is never reported
     void uploadProgress(float percent);
     void uploadFinished();
 
@@ -67,8 +65,9 @@ private:
     Outcome awaitAddressSet();
     Outcome awaitChunkWritten();
     void finish(quint32 address);
-    Outcome failWith(const QString& userText);
-    [[noreturn]] void failInBadState(const QString& userText);
+    Outcome failWith(const char* source);
+    [[noreturn]] void failInBadState(const char* source);
+    void reportException(const QString& message, const QString& translatedMessage);
 
     QSharedPointer<DfuDevice> m_device;
     QByteArray m_data;

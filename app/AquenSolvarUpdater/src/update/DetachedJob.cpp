@@ -6,12 +6,16 @@
 
 namespace AquenSolvar::Device {
 
-void DetachedJob::adopt(DFUDownloadJob* job)
+void DetachedJob::release(DFUDownloadJob* job)
 {
+    if (!job->isRunning()) {
+        delete job;
+        return;
+    }
     QLOG_WARN() << "A firmware download goes on without the task that started it.";
-    auto* keeper = new DetachedJob(job, QCoreApplication::instance());
-    if (keeper->parent() == nullptr)
-        delete keeper; // the program is at its end
+    auto* detached = new DetachedJob(job, QCoreApplication::instance());
+    if (detached->parent() == nullptr)
+        delete detached; // the application object is gone: the program ends
 }
 
 void DetachedJob::endAll()

@@ -6,19 +6,19 @@
 
 namespace AquenSolvar::Device {
 
-/// Keeps a download job alive that nobody refers to any more and deletes it when its thread has
-/// ended. A child of the application object, whose end stops the job. GUI thread.
+/// Owns a download job that runs but has no other owner any more, and deletes it when its thread
+/// has ended. A child of the application object, whose destruction stops the job. GUI thread.
 class DetachedJob : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Takes over a running job.
-    static void adopt(DFUDownloadJob* job);
+    /// Deletes a job, as the deleter of shared pointers. A running job continues, with all that it
+    /// uses kept alive, and is deleted when it has ended.
+    static void release(DFUDownloadJob* job);
 
-    /// Stops and deletes all jobs that are kept, for the program's end: what they release is then
-    /// still deleted by the event loop's rules. Takes as long as DFUDownloadJob::stop() does for
-    /// each.
+    /// Stops and deletes all detached jobs. To be called before the program ends, while deferred
+    /// deletions are still carried out. Blocks as long as DFUDownloadJob::stop() for each job.
     static void endAll();
 
     ~DetachedJob() override;
@@ -26,7 +26,7 @@ public:
 private:
     DetachedJob(DFUDownloadJob* job, QObject* parent);
 
-    DFUDownloadJob* m_job; // owned; left alone when it cannot be ended
+    DFUDownloadJob* m_job; // owned; leaked when its thread does not end
 };
 
 } // namespace AquenSolvar::Device

@@ -6,17 +6,17 @@
 
 namespace AquenSolvar {
 
-/// Keeps the system from going to sleep, and a closed lid from suspending it, while the object
-/// lives. Best effort: a system that refuses, or that offers no such thing, is logged and is no
-/// error. Making one may take up to 2 s when the system's service hangs, so not on the GUI thread.
-/// To be destroyed on the thread that made it.
+/// Keeps the system from sleeping, and a closed lid from suspending it, while the object lives.
+/// Best effort: a system that refuses or offers no such service is logged and is not an error. The
+/// constructor may block for 2 s if the service hangs, so it is not for the GUI thread. Destroyed
+/// on the thread that created it.
 ///
 /// Linux: locks of the login manager, org.freedesktop.login1.Manager.Inhibit. Windows: the thread's
 /// execution state.
 class SleepInhibitor
 {
 public:
-    /// @param reason what the system tells a person who asks why it stays awake
+    /// @param reason shown by the system as the reason for staying awake
     explicit SleepInhibitor(const QString& reason);
     SleepInhibitor(const SleepInhibitor&) = delete;
     SleepInhibitor& operator=(const SleepInhibitor&) = delete;

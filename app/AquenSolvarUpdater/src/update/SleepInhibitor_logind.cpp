@@ -12,7 +12,7 @@ namespace AquenSolvar {
 
 namespace {
 
-constexpr int answerTimeoutMs = 1000;
+constexpr int responseTimeoutMs = 1000;
 
 // A lock is held until its descriptor is closed.
 QDBusReply<QDBusUnixFileDescriptor> inhibit(const QDBusConnection& bus, const QString& what,
@@ -22,7 +22,7 @@ QDBusReply<QDBusUnixFileDescriptor> inhibit(const QDBusConnection& bus, const QS
         QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
         QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
     call << what << QStringLiteral("Aquen/Solvar Updater") << reason << QStringLiteral("block");
-    return bus.call(call, QDBus::Block, answerTimeoutMs);
+    return bus.call(call, QDBus::Block, responseTimeoutMs);
 }
 
 } // namespace
@@ -53,7 +53,7 @@ SleepInhibitor::SleepInhibitor(const QString& reason)
         QLOG_INFO() << "No login manager to ask for staying awake:" << bus.lastError().message();
         return;
     }
-    // Apart, as the second may be refused where the first is granted.
+    // Two requests: the second may be refused where the first is granted.
     m_locks->take(bus, QStringLiteral("sleep:idle"), reason);
     m_locks->take(bus, QStringLiteral("handle-lid-switch"), reason);
 }
