@@ -18,7 +18,7 @@ void tst_commandline::answers_data()
     QTest::addColumn<QByteArray>("output"); // how standard output begins
     QTest::addColumn<QByteArray>("error");  // what standard error holds
 
-    const QByteArray usage = "Usage: AquenSolvarUpdater [options]\n";
+    const QByteArray usage = "Usage: " UPDATER " [options]\n";
     const QByteArray version = "AquenSolvarUpdater ";
     const auto row = [](const char* arguments, int status, const QByteArray& output,
                         const QByteArray& error) {
