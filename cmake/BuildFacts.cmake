@@ -1,16 +1,16 @@
-# Facts that are fixed when the program is built. The defaults are this build's values; each can be
-# given on the command line.
-set(ASU_VERSION_MAJOR 2 CACHE STRING "Major version")
-set(ASU_VERSION_MINOR 17 CACHE STRING "Minor version, below 1000")
-set(ASU_VERSION_REVISION 1 CACHE STRING "Revision, below 1000")
-set(ASU_VERSION_BUILD 0 CACHE STRING "Build number, below 1000")
+# Facts that are fixed when the program is built. Each can be set on the command line. ASU_ stands
+# for Aquen/Solvar Updater. The version's defaults come from project().
+set(ASU_VERSION_MAJOR "${PROJECT_VERSION_MAJOR}" CACHE STRING "Major version")
+set(ASU_VERSION_MINOR "${PROJECT_VERSION_MINOR}" CACHE STRING "Minor version, below 1000")
+set(ASU_VERSION_REVISION "${PROJECT_VERSION_PATCH}" CACHE STRING "Revision, below 1000")
+set(ASU_VERSION_BUILD "${PROJECT_VERSION_TWEAK}" CACHE STRING "Build number, below 1000")
 set(ASU_BUILD_TYPE release CACHE STRING "Build type: release, rc, beta or testing")
 set_property(CACHE ASU_BUILD_TYPE PROPERTY STRINGS release rc beta testing)
 set(ASU_SOURCES_DIRECTORY "${CMAKE_SOURCE_DIR}" CACHE STRING
-    "Where the source tree is said to lie: another path than its own keeps that one out of the build")
-set(ASU_GIT_COMMIT "" CACHE STRING "Source revision (40 hexadecimal digits); asked of git when empty")
+    "Path recorded for the source tree; any other than its own keeps the real one out of the build")
+set(ASU_GIT_COMMIT "" CACHE STRING "Source revision (40 hexadecimal digits); taken from git if empty")
 set(ASU_ANALYTICS_HOST analytics.invalid CACHE STRING
-    "Host of the analytics service, a port may follow; the default never resolves")
+    "Host of the analytics service, with an optional port; the default never resolves")
 
 math(EXPR ASU_VERSION_NUMBER "${ASU_VERSION_MAJOR} * 1000000000 + ${ASU_VERSION_MINOR} * 1000000 \
 + ${ASU_VERSION_REVISION} * 1000 + ${ASU_VERSION_BUILD}")
@@ -27,8 +27,8 @@ if(NOT ASU_SOURCE_REVISION MATCHES "^[0-9a-f]+$")
     string(REPEAT "0" 40 ASU_SOURCE_REVISION)
 endif()
 
-# The date that the build is said to have, in seconds since 1970: that of its commit, unless the
-# environment sets it.
+# The recorded date of the build in seconds since 1970: SOURCE_DATE_EPOCH, or that of the commit, or
+# now.
 set(ASU_SOURCE_DATE "$ENV{SOURCE_DATE_EPOCH}")
 if(NOT ASU_SOURCE_DATE AND GIT_FOUND)
     execute_process(COMMAND "${GIT_EXECUTABLE}" log -1 --format=%ct
@@ -39,7 +39,7 @@ if(NOT ASU_SOURCE_DATE MATCHES "^[0-9]+$")
     string(TIMESTAMP ASU_SOURCE_DATE %s UTC)
 endif()
 
-# Paths that the compiler records (__FILE__, debug information) follow.
+# Paths recorded by the compiler (__FILE__, debug information) change accordingly.
 if(NOT ASU_SOURCES_DIRECTORY STREQUAL CMAKE_SOURCE_DIR)
     add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=${ASU_SOURCES_DIRECTORY}"
                         "-ffile-prefix-map=${CMAKE_BINARY_DIR}=${ASU_SOURCES_DIRECTORY}/build")

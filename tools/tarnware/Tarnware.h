@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QCommandLineParser>
 #include <QStringList>
 #include <QTextStream>
 
-/// The command-line tool that makes, shows and takes apart firmware bundles. Results go to one
-/// stream, complaints to the other. A call does one command and keeps nothing.
+/// The command-line tool that creates, shows and unpacks firmware bundles. Writes results to one
+/// stream and errors to the other. Needs an application object, which names the program in the help
+/// text. Main thread.
 class Tarnware
 {
 public:
@@ -18,19 +20,23 @@ public:
 
     Tarnware(QTextStream& output, QTextStream& errors);
 
-    /// Runs the command given by the arguments after the program's name.
+    /// Runs one command.
+    /// @param arguments all of the program's arguments, its own name first
     Status run(const QStringList& arguments);
 
 private:
-    Status pack(const QStringList& arguments);
-    Status show(const QStringList& paths);
-    Status unpack(const QStringList& arguments);
+    Status pack(const QStringList& files);
+    Status show(const QStringList& files);
+    Status unpack(const QStringList& files);
 
-    Status showOne(const QString& path);
+    Status showOne(const QString& file);
     Status writeFile(const QString& path, const QByteArray& contents);
     Status complain(Status status, const QString& text);
     Status badUsage(const QString& text);
 
+    QCommandLineParser m_parser;
+    QCommandLineOption m_help;
+    QCommandLineOption m_version;
     QTextStream& m_output;
     QTextStream& m_errors;
 };

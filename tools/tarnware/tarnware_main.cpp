@@ -9,5 +9,5 @@ int main(int argc, char* argv[])
     const QCoreApplication application(argc, argv);
     QTextStream output(stdout);
     QTextStream errors(stderr);
-    return Tarnware(output, errors).run(QCoreApplication::arguments().mid(1));
+    return Tarnware(output, errors).run(QCoreApplication::arguments());
 }

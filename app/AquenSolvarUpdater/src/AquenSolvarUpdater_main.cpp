@@ -29,39 +29,38 @@ QStringList argumentsOf(int argc, char** argv)
     return arguments;
 }
 
-const char usage[] = "Usage: AquenSolvarUpdater [options]\n"
-                     "Updates the firmware of washing and curing units attached by USB.\n"
-                     "\n"
-                     "Options:\n"
-                     "  -h, --help     Show this text.\n"
-                     "  -v, --version  Show the version of this program.\n";
-
 void defineOptions(QCommandLineParser& parser)
 {
-    // The framework's own options have words after one dash; "-reverse" is no "-v".
+    // Qt's own options are words after one dash: "-reverse" does not contain "-v".
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.addHelpOption();
-    parser.addVersionOption();
+    parser.setApplicationDescription(
+        QStringLiteral("Updates the firmware of washing and curing units attached by USB."));
+    parser.addOptions(
+        {{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")},
+         {{QStringLiteral("v"), QStringLiteral("version")},
+          QStringLiteral("Show the version of this program.")}});
 }
 
-// The options that are answered without a display, and so before the application object exists.
+// Handles the options that need no display, before the application object exists.
 std::optional<int> answerOptions(int argc, char** argv)
 {
     QCommandLineParser parser;
     defineOptions(parser);
-    // Options of the framework itself are unknown here and not an error yet.
+    // Qt's own options are unknown here, so that errors do not count yet.
     parser.parse(argumentsOf(argc, argv));
     QTextStream out(stdout);
-    if (parser.isSet(QStringLiteral("help")))
-        out << usage;
-    else if (parser.isSet(QStringLiteral("version")))
+    if (parser.isSet(QStringLiteral("help"))) {
+        const QCoreApplication application(argc, argv); // names the program in the text
+        out << parser.helpText();
+    } else if (parser.isSet(QStringLiteral("version"))) {
         out << "AquenSolvarUpdater " << Common::BuildVersion::majorMinorRevisionString() << '\n';
-    else
+    } else {
         return std::nullopt;
+    }
     return 0;
 }
 
-// What the framework has left of the command line must be nothing.
+// Refuses every argument that Qt has not taken.
 bool checkCommandLine()
 {
     QCommandLineParser parser;
@@ -74,7 +73,7 @@ bool checkCommandLine()
                     .arg(parser.positionalArguments().constFirst());
     if (error.isEmpty())
         return true;
-    QTextStream(stderr) << error << '\n' << usage;
+    QTextStream(stderr) << error << '\n' << parser.helpText();
     return false;
 }
 
@@ -100,7 +99,7 @@ int main(int argc, char** argv)
     if (const std::optional<int> status = answerOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    // By this name a Wayland desktop finds the menu entry and the icon that belong to the window.
+    // A Wayland desktop finds the window's menu entry and icon by this name.
     QGuiApplication::setDesktopFileName(QStringLiteral("quillon.aquen_solvar.updater"));
     QApplication application(argc, argv);
     if (!checkCommandLine())
@@ -112,13 +111,13 @@ int main(int argc, char** argv)
                                     AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
-    // What failed to load has been told by the engine; the program runs on until it is closed.
+    // The engine reports what fails to load. The program then runs until it is closed.
     AquenSolvar::loadUserInterface(*engine);
     QLOG_INFO() << "Initialized application!";
     const int status = QApplication::exec();
     engine.reset();
     AquenSolvar::Device::DetachedJob::endAll();
-    // Devices are deleted later; their USB handles must close before static objects go.
+    // Devices are deleted later; their USB handles must close before static objects are destroyed.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return status;
 }

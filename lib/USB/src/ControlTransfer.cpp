@@ -12,9 +12,9 @@ constexpr int abortCheckIntervalUs = 100000;
 
 struct Completion
 {
-    // Read by libusb under its own locks to end a wait early.
+    // Read by libusb under its own locks, to return early from handling events.
     int forLibusb = 0;
-    // The callback may run on whichever thread handles events.
+    // The callback may run on any thread that handles events.
     std::atomic<bool> done{false};
 };
 
@@ -45,24 +45,25 @@ int resultOf(const libusb_transfer& transfer)
     return LIBUSB_ERROR_OTHER;
 }
 
-// Returns when the transfer has ended, whatever its end. A submitted transfer belongs to libusb
-// until then, so there is no way out before. True when it was called off.
-bool waitForEnd(libusb_transfer* transfer, Completion& completion, const std::atomic<bool>& aborted)
+// Blocks until libusb completes the transfer: libusb owns a submitted transfer until then. True if
+// it was cancelled through `aborted`.
+bool awaitCompletion(libusb_transfer* transfer, Completion& completion,
+                     const std::atomic<bool>& aborted)
 {
     bool cancelled = false;
-    bool calledOff = false;
+    bool abortedByCaller = false;
     while (!completion.done.load(std::memory_order_acquire)) {
         timeval interval = {0, abortCheckIntervalUs};
         const int result =
             libusb_handle_events_timeout_completed(nullptr, &interval, &completion.forLibusb);
         const bool broken = result < 0 && result != LIBUSB_ERROR_INTERRUPTED;
         if ((broken || aborted) && !cancelled && !completion.done.load(std::memory_order_acquire)) {
-            calledOff = aborted;
+            abortedByCaller = aborted;
             cancelled = true;
             libusb_cancel_transfer(transfer);
         }
     }
-    return calledOff;
+    return abortedByCaller;
 }
 
 } // namespace
@@ -91,8 +92,8 @@ int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
     const int submitted = libusb_submit_transfer(transfer.get());
     if (submitted < 0)
         return submitted;
-    const bool calledOff = waitForEnd(transfer.get(), completion, aborted);
-    if (calledOff && transfer->status == LIBUSB_TRANSFER_CANCELLED)
+    const bool abortedByCaller = awaitCompletion(transfer.get(), completion, aborted);
+    if (abortedByCaller && transfer->status == LIBUSB_TRANSFER_CANCELLED)
         return LIBUSB_ERROR_INTERRUPTED;
     const int result = resultOf(*transfer);
     if (in && result > 0)

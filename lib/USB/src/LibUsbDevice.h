@@ -9,25 +9,25 @@
 
 namespace USB {
 
-/// One attached device as a listing of the bus found it. Holds one reference to libusb's device,
-/// which releaseLibUsbDevice() gives back. Two records stand for the same attached device when bus
-/// number and device address are equal; both are asked of libusb when needed.
+/// One attached device, as found by a listing of the bus. Holds one reference to libusb's device,
+/// which releaseLibUsbDevice() drops. Two records describe the same attached device when libusb
+/// reports the same bus number and device address for both.
 struct LibUsbDevice
 {
     libusb_device* device = nullptr;
     libusb_device_descriptor descriptor = {}; ///< zeros when it could not be read
-    QString text;                             ///< empty; nothing in this layer fills it
+    QString text;                             ///< empty; this layer never sets it
 };
 
 /// The shared record that travels through signals, futures and listener calls. Its deleter is
 /// releaseLibUsbDevice().
 using P_LibUsbDevice = QSharedPointer<LibUsbDevice>;
 
-/// Gives back libusb's device reference and frees the record. Any thread.
+/// Drops libusb's device reference and frees the record; null does nothing. Any thread.
 void releaseLibUsbDevice(LibUsbDevice* record);
 
-/// Where the device is plugged in, as people and other programs write it: bus number, "-", then the
-/// port numbers from the root joined by ".". For log lines. Any thread.
+/// The port that the device is plugged into, as in sysfs: bus number, "-", then the port numbers
+/// from the root hub joined by "." ("3-1.4"). Empty without a device. For log lines. Any thread.
 QString portPath(const LibUsbDevice& record);
 
 } // namespace USB

@@ -3,7 +3,6 @@
 #include "USB/I_USBNotifier.h"
 #include "USB/PFlibusb.h"
 #include "USB/USBException.h"
-#include "USB/USBNotifierFactory.h"
 #include "qslog/Log.h"
 
 #include <QCoreApplication>
@@ -22,8 +21,8 @@ constexpr quint16 unitVendor = 0x16D0;
 constexpr quint16 unitProducts[] = {0x07EB, 0x07FB, 0x0A14, 0x0A15, 0x0C07, 0x0C05, 0x0C08, 0x0C06};
 constexpr unsigned long windDownPollMs = 100;
 
-// Carries the message of a failed listing from the pool thread to the main thread: of other
-// exceptions a future only says that there was one.
+// Carries the message of a failed listing from the pool thread to the main thread. A future reports
+// any other exception without its message.
 class ListingFailed : public QException
 {
 public:
@@ -48,7 +47,7 @@ QList<P_LibUsbDevice> listBus(LibUSB* session, int delayMs, quint16 vid, quint16
     }
 }
 
-// A place to print a table while looking for a fault in the comparison; prints nothing as shipped.
+// Hook for printing a table while debugging the comparison. Prints nothing as shipped.
 template <typename Table>
 void snapshot(const char*, const Table&)
 {
@@ -97,11 +96,11 @@ bool LibusbDeviceEnumerator::init(QObject* window)
     try {
         LibUSB::instance().init();
     } catch (const USBException& exception) {
-        // The caller is QML, which no exception may cross.
+        // The caller is QML: an exception must not propagate into it.
         QLOG_WARN() << "USB session could not be opened:" << exception.message();
         return false;
     }
-    I_USBNotifier* notifier = makeUSBNotifier(this, window);
+    I_USBNotifier* notifier = I_USBNotifier::create(this, window);
     if (notifier == nullptr) {
         QLOG_WARN() << "USB notifier registration failed";
     } else {

@@ -10,35 +10,34 @@
 
 namespace USB {
 
-/// Keeps the table of attached devices of the units' vendor and tells its listeners when one
-/// appears or disappears. A notice of the platform about one of the units' product ids starts a
-/// listing of the whole bus on a pool thread, after a delay in which the unit can settle; the
-/// difference to the table goes to the listeners, removals first. A notice that comes while a
-/// listing runs is dropped. Lives on the main thread; so do the listener calls. Destruction waits
-/// for a running listing.
+/// Keeps the table of attached devices of the units' vendor and reports arrivals and removals to
+/// its listeners. A notification about one of the units' product ids starts a listing of the whole
+/// bus on a pool thread, after a delay in which the unit can settle. The listeners then receive the
+/// difference to the table, removals first. A notification during a listing is dropped. Main
+/// thread, listener calls included. Destruction waits for a running listing.
 class LibusbDeviceEnumerator : public QObject
 {
     Q_OBJECT
 
 public:
-    static constexpr int defaultListingDelayMs = 2000;
+    static constexpr int defaultListingDelayMs = 2000; ///< time for a unit to settle on the bus
 
     explicit LibusbDeviceEnumerator(QObject* parent = nullptr);
     ~LibusbDeviceEnumerator() override;
 
-    /// Opens the libusb session, makes the platform's notifier and starts the first listing. Once,
-    /// with the application window.
-    /// @return false, with a log line, on a second call, without a window, and when the session
-    ///         cannot be opened; the enumerator is then as it was before.
+    /// Opens the libusb session, creates the platform's notifier and starts the first listing. Call
+    /// once, with the application window.
+    /// @return false, with a warning in the log, on a second call, without a window, or when the
+    ///         session cannot be opened; the enumerator is then unchanged
     Q_INVOKABLE bool init(QObject* window);
 
-    /// Appends a listener; not owned, and must live as long as notices are handled.
+    /// Appends a listener. Not owned; must live until the enumerator handles no more events.
     void addListener(LibusbDeviceEnumeratorListener* listener);
 
-    /// Starts a listing unless one is running. Zeros are wildcards.
+    /// Starts a listing unless one is running, which is logged. Zeros are wildcards.
     void requestEnumerateUSBDevices(quint16 vid, quint16 pid);
 
-    /// Milliseconds between a request and the listing, for listings started from now on.
+    /// Milliseconds between a request and its listing. Applies to later requests.
     void setListingDelay(int milliseconds) { m_listingDelayMs = milliseconds; }
 
 public slots:

@@ -4,18 +4,19 @@
 
 namespace USB {
 
-/// Receives the differences that an enumeration found. Called on the main thread; not owned by the
-/// enumerator.
+/// Receives the differences between two listings of the bus. Called on the main thread. Not owned
+/// by the enumerator.
 class LibusbDeviceEnumeratorListener
 {
 public:
     virtual ~LibusbDeviceEnumeratorListener() = default;
 
-    /// A device appeared. True when this listener has taken it: later listeners are not asked.
+    /// A device arrived.
+    /// @return true when this listener takes the device: later listeners are not called
     virtual bool cb_libusbDeviceAdded(P_LibUsbDevice device) = 0;
 
-    /// A device vanished; @p device is the record that was offered when it appeared. True when this
-    /// listener has dealt with it: later listeners are not asked.
+    /// A device left. @p device is the record that was passed on its arrival.
+    /// @return true when this listener has handled the removal: later listeners are not called
     virtual bool cb_libusbDeviceRemoved(P_LibUsbDevice device) = 0;
 };
 

@@ -16,6 +16,11 @@ int LIBUSB_CALL forwardHotplugEvent(libusb_context*, libusb_device* device,
 
 } // namespace
 
+I_USBNotifier* I_USBNotifier::create(QObject* parent, QObject*)
+{
+    return new LibusbUSBNotifier(parent);
+}
+
 LibusbUSBNotifier::LibusbUSBNotifier(QObject* parent)
     : I_USBNotifier(parent)
 {
@@ -46,7 +51,7 @@ LibusbUSBNotifier::~LibusbUSBNotifier()
     }
     QLOG_INFO() << "Deregistering the libusb hotplug callback";
     libusb_hotplug_deregister_callback(nullptr, m_callbackHandle);
-    // A callback may still be running on another thread; callbacks run under the event lock only.
+    // A callback may still be running on another thread. It holds the event lock.
     libusb_lock_events(nullptr);
     libusb_unlock_events(nullptr);
 }

@@ -8,9 +8,10 @@
 
 namespace USB {
 
-/// Notifier over libusb's hot-plug callbacks, for Linux. Devices that are attached already when it
-/// is made are not reported. libusb's events are handled once a second on the thread of this
-/// object, and by whichever thread waits for a transfer: the signals come from any of them.
+/// Notifier over libusb's hot-plug callbacks, for Linux. Does not report devices that are attached
+/// when it is made. Libusb's events are handled once a second on the thread of this object, and by
+/// any thread that waits for a transfer: the signals may come from each of them. A failed
+/// registration is logged, and the notifier never fires. The libusb session must outlive it.
 class LibusbUSBNotifier : public I_USBNotifier
 {
     Q_OBJECT
@@ -19,8 +20,8 @@ public:
     explicit LibusbUSBNotifier(QObject* parent = nullptr);
     ~LibusbUSBNotifier() override;
 
-    /// Called for each event by libusb. Only reads the descriptor and emits: it may run inside a
-    /// transfer. Always answers 0, which keeps the registration.
+    /// Called by libusb for each event. May run inside a transfer, so it only reads the descriptor
+    /// and emits. Always returns 0, which keeps the registration.
     int hotplug_callback(libusb_device* device, int event);
 
 public slots:
@@ -28,7 +29,7 @@ public slots:
 
 private:
     QTimer m_eventTimer;
-    libusb_hotplug_callback_handle m_callbackHandle = 0;
+    libusb_hotplug_callback_handle m_callbackHandle = 0; // 0: not registered
 };
 
 } // namespace USB

@@ -16,7 +16,7 @@ const char* const notInitialized = "Can't list devices without libusb initialize
 
 using OwnedRecord = std::unique_ptr<LibUsbDevice, decltype(&releaseLibUsbDevice)>;
 
-// Takes over the list's reference to the device.
+// Takes ownership of the list's reference to the device.
 OwnedRecord makeRecord(libusb_device* device)
 {
     OwnedRecord record(new LibUsbDevice, &releaseLibUsbDevice);

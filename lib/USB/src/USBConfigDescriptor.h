@@ -6,15 +6,15 @@
 
 namespace USB {
 
-/// Read access to a configuration (USB 2.0, 9.6.3) and its interfaces. Without a configuration, as
-/// made by default, it has no interfaces. Any thread.
+/// Read access to a configuration (USB 2.0, 9.6.3) and its interfaces. Default-constructed, it has
+/// no interfaces. Any thread.
 class USBConfigDescriptor
 {
 public:
     USBConfigDescriptor() = default;
 
-    /// Takes over @p configuration and frees it with libusb_free_config_descriptor() when the last
-    /// wrapper of it is gone.
+    /// Takes ownership of @p configuration; the last wrapper that refers to it frees it with
+    /// libusb_free_config_descriptor().
     explicit USBConfigDescriptor(libusb_config_descriptor* configuration);
     virtual ~USBConfigDescriptor();
     USBConfigDescriptor(const USBConfigDescriptor&) = default;

@@ -17,7 +17,7 @@ constexpr int eventWaitUs = 100000;
 constexpr unsigned descriptorTimeoutMs = 1000;
 constexpr int stringBufferSize = 1024;
 
-// Closes a handle unless that would end the program, see setAlternateSetting().
+// Closes a handle unless that would abort the program, see setAlternateSetting().
 struct HandleCloser
 {
     bool canClose = true;
@@ -53,7 +53,7 @@ void USBDevice::create()
     if (isOpened())
         throw USBException(tr("device already created"));
     if (!m_device)
-        return; // init() reports it
+        return; // reported by init()
     checkError(libusb_get_device_descriptor(m_device->device, &m_descriptor),
                tr("Could not get the device descriptor of selected usb device") +
                    QStringLiteral(" %1"));
@@ -91,7 +91,7 @@ void USBDevice::stop()
     if (QThread::currentThread() != this && !wait(stopWaitMs)) {
         QLOG_WARN() << "timed out while closing";
         terminate();
-        wait(); // a QThread must not be destroyed before its thread has gone
+        wait(); // a QThread must not be destroyed while its thread exists
     }
     if (m_handle && m_interfaceClaimed) {
         m_interfaceClaimed = false;
@@ -105,7 +105,7 @@ void USBDevice::stop()
 void USBDevice::start()
 {
     moveToThread(this);
-    // Here, not in run(): a stop() that comes before the new thread gets that far must count.
+    // Not in run(): that would undo a stop() that comes before the new thread gets there.
     m_stopRequested = false;
     QThread::start(QThread::InheritPriority);
 }
@@ -153,9 +153,9 @@ void USBDevice::setAlternateSetting(int alternate)
     requireOpened();
     const int result =
         libusb_set_interface_alt_setting(m_handle.get(), m_interfaceNumber, alternate);
-    // For a device that has left the bus, libusb (1.0.26) unlocks a lock of the handle that it has
-    // not taken, and libusb_close() then finds the lock broken and aborts. The handle stays open
-    // instead: one descriptor of a device that is gone.
+    // When the device has left the bus, libusb 1.0.26 unlocks a lock of the handle that it does not
+    // hold, and libusb_close() aborts on the broken lock. The handle stays open instead and leaks
+    // one file descriptor.
     if (result == LIBUSB_ERROR_NO_DEVICE)
         std::get_deleter<HandleCloser>(m_handle)->canClose = false;
     checkError(result, tr("Could not set alternate setting: %1"));
@@ -184,7 +184,7 @@ int USBDevice::controlWrite(quint8 requestType, quint8 request, quint16 value, q
     requireOpened();
     QByteArray buffer = data;
     const ControlRequest setup{requestType, request, value, index, timeoutMs};
-    // wLength has 16 bits (USB 2.0, 9.3); what does not fit must not go out truncated.
+    // wLength has 16 bits (USB 2.0, 9.3): larger data must not be sent truncated.
     const int result = data.size() > 0xFFFF
                            ? int(LIBUSB_ERROR_INVALID_PARAM)
                            : controlTransfer(m_handle.get(), setup,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "USB/I_USBTransfer.h"
 #include "USB/LibUsbDevice.h"
 #include "USB/USBConfigDescriptor.h"
 
@@ -11,51 +12,37 @@
 
 namespace USB {
 
-/// An asynchronous transfer as the event loop of a device sees it. Owned elsewhere; outlives the
-/// loop or is taken out of it.
-class I_USBTransfer
-{
-public:
-    virtual ~I_USBTransfer() = default;
-
-    /// Asks for the transfer's early end. Returns at once.
-    virtual void cancel() = 0;
-
-    /// Whether libusb has given the transfer back.
-    virtual bool isDone() const = 0;
-};
-
-/// The program's handle on one opened USB device: made from a record of a listing, opened by
-/// init(), then used for synchronous control transfers on the caller's thread. It is also a thread,
-/// "usbThread", that services libusb events for asynchronous transfers; it runs only after start().
+/// One USB device: made from the record of a listing, opened by init(), then used for synchronous
+/// control transfers on the caller's thread. It is also a thread, "usbThread", that handles libusb
+/// events for asynchronous transfers; that thread runs only after start().
 ///
-/// Every failure is thrown as USBException with the operation's message and libusb's error name,
-/// after it was logged. A failure that means that the device is gone or out of reach (no device,
-/// not found, input/output error, access denied) stops the device first.
+/// Each failure is logged and thrown as USBException with the operation's message and libusb's
+/// error name. A failure that means that the device is gone or out of reach (no device, not found,
+/// input/output error, access denied) stops the device first.
 ///
-/// One thread at a time, except abortTransfers().
+/// Use from one thread at a time, except abortTransfers().
 class USBDevice : public QThread
 {
     Q_OBJECT
 
 public:
-    /// Keeps the record and reads the device descriptor; nothing is opened.
-    /// @throws USBException when the descriptor cannot be read.
+    /// Keeps the record and reads the device descriptor. Does not open the device.
+    /// @throws USBException when the descriptor cannot be read
     USBDevice(P_LibUsbDevice device, int configurationNumber, int interfaceNumber,
               QObject* parent = nullptr);
     ~USBDevice() override;
 
-    /// Reads the standard device descriptor. The constructor calls it.
-    /// @throws USBException "device already created" when the device is opened.
+    /// Reads the standard device descriptor. Called by the constructor.
+    /// @throws USBException "device already created" when the device is open
     virtual void create();
 
-    /// Opens the device, makes the configuration active, claims the interface and reads the active
-    /// configuration descriptor. After a failure the device is closed again.
+    /// Opens the device, activates the configuration, claims the interface and reads the active
+    /// configuration descriptor. A failure closes the device.
     /// @throws USBException
     virtual void init();
 
     /// Ends the event thread, waiting at most 2000 ms, and releases the interface if it is claimed.
-    /// May be called twice, and on the event thread itself.
+    /// May be called repeatedly, and on the event thread itself.
     virtual void stop();
 
     /// Moves the object to its own thread and starts the event loop there.
@@ -64,16 +51,21 @@ public:
     /// Vendor and product id as "16d0:0c07".
     virtual QString toString() const;
 
-    /// Stops the device and drops the handle; operations after it throw "USB device not opened".
+    /// Stops the device and closes the handle. Later operations throw "USB device not opened".
     void close();
 
     bool isOpened() const { return m_handle != nullptr; }
 
-    /// Makes the configuration the active one unless it is already. @throws USBException
+    /// Activates the configuration unless it is active.
+    /// @throws USBException
     void setConfiguration(int configuration);
-    /// Claims the interface and remembers its number. @throws USBException
+
+    /// Claims the interface and keeps its number.
+    /// @throws USBException
     void setInterface(int interface);
-    /// Selects an alternate setting of the claimed interface. @throws USBException
+
+    /// Selects an alternate setting of the claimed interface.
+    /// @throws USBException
     void setAlternateSetting(int alternate);
 
     int configurationNumber() const { return m_configurationNumber; }
@@ -84,31 +76,35 @@ public:
     const libusb_device_descriptor& descriptor() const { return m_descriptor; }
     const USBConfigDescriptor& configDescriptor() const { return m_configDescriptor; }
 
-    /// A control transfer from the device; the direction bit is set whatever @p requestType says.
-    /// @return exactly @p length bytes; after a short answer the rest are zeros.
+    /// A control transfer from the device. Sets the direction bit of @p requestType.
+    /// @param timeoutMs milliseconds; 0 waits indefinitely
+    /// @return exactly @p length bytes; a short response is padded with zeros
     /// @throws USBException "Control transfer error: %1", "USB device not opened"
     QByteArray controlRead(quint8 requestType, quint8 request, quint16 value, quint16 index,
                            quint16 length, unsigned timeoutMs);
 
-    /// A control transfer to the device; the request type goes out as given.
-    /// @return the count of bytes that libusb reports.
+    /// A control transfer to the device. Sends @p requestType unchanged.
+    /// @param data at most 65535 bytes
+    /// @param timeoutMs milliseconds; 0 waits indefinitely
+    /// @return the number of bytes that libusb reports
     /// @throws USBException "control write error: %1", "USB device not opened"
     int controlWrite(quint8 requestType, quint8 request, quint16 value, quint16 index,
                      const QByteArray& data, unsigned timeoutMs);
 
     /// GET_DESCRIPTOR (USB 2.0, 9.4.3) with a time-out of 1000 ms.
-    /// @return exactly @p length bytes, as controlRead(). @throws USBException
+    /// @return exactly @p length bytes, as controlRead()
+    /// @throws USBException
     QByteArray getDescriptor(quint8 type, quint8 index, quint16 length);
 
-    /// The string descriptor in the device's first language, characters outside ASCII as "?".
-    /// @throws USBException, also for index 0, which names no string.
+    /// The string descriptor in the device's first language; characters outside ASCII become "?".
+    /// @throws USBException, also for index 0, which is no string
     QString getStringDescriptor(quint8 index);
 
-    /// Takes an asynchronous transfer into the care of the event loop. Before start() only.
+    /// Adds an asynchronous transfer to the event loop. Before start() only; not owned.
     void addTransfer(I_USBTransfer* transfer) { m_transfers.append(transfer); }
 
-    /// Calls off the control transfer in flight, within 100 ms, and refuses every later one with
-    /// LIBUSB_ERROR_INTERRUPTED. For ending a stuck conversation from outside. Any thread.
+    /// Cancels the pending control transfer within 100 ms and refuses later ones with
+    /// LIBUSB_ERROR_INTERRUPTED. Any thread.
     void abortTransfers() { m_transfersAborted = true; }
 
 signals:

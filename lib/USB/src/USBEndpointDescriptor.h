@@ -8,8 +8,8 @@
 
 namespace USB {
 
-/// Read access to one endpoint descriptor (USB 2.0, 9.6.6). Keeps the configuration that it lies in
-/// alive. Any thread.
+/// Read access to one endpoint descriptor (USB 2.0, 9.6.6). Keeps its configuration alive. Any
+/// thread.
 class USBEndpointDescriptor
 {
 public:

@@ -6,8 +6,8 @@
 
 namespace USB {
 
-/// The one exception of the USB layer. Carries the message of the operation that failed, with
-/// libusb's error name in it where there is one.
+/// The exception of the USB layer. Carries the message of the operation that failed, which includes
+/// libusb's error name if there is one.
 class USBException : public std::runtime_error
 {
 public:

@@ -7,7 +7,7 @@
 namespace USB {
 
 /// Read access to one interface of a configuration: its alternate settings in descriptor order.
-/// Keeps the configuration alive. Any thread.
+/// Keeps its configuration alive. Any thread.
 class USBInterface
 {
 public:

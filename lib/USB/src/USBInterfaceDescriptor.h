@@ -6,8 +6,8 @@
 
 namespace USB {
 
-/// Read access to one alternate setting of an interface (USB 2.0, 9.6.5). Keeps the configuration
-/// that it lies in alive. Any thread.
+/// Read access to one alternate setting of an interface (USB 2.0, 9.6.5). Keeps its configuration
+/// alive. Any thread.
 class USBInterfaceDescriptor
 {
 public:
@@ -21,7 +21,7 @@ public:
     quint8 interfaceSubClass() const { return m_descriptor->bInterfaceSubClass; }
     quint8 interfaceProtocol() const { return m_descriptor->bInterfaceProtocol; }
 
-    /// Index of the string descriptor that names the setting; 0 when it has none.
+    /// Index of the string descriptor that names the setting; 0 if there is none.
     quint8 stringIndex() const { return m_descriptor->iInterface; }
 
     QList<USBEndpointDescriptor> endpoints() const;

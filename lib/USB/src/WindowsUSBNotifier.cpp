@@ -19,6 +19,12 @@ constexpr GUID usbDeviceInterface = {
 
 } // namespace
 
+I_USBNotifier* I_USBNotifier::create(QObject* parent, QObject* window)
+{
+    const auto* nativeWindow = qobject_cast<QWindow*>(window);
+    return new WindowsUSBNotifier(parent, nativeWindow != nullptr ? nativeWindow->winId() : 0);
+}
+
 WindowsUSBNotifier::WindowsUSBNotifier(QObject* parent, WId windowHandle)
     : I_USBNotifier(parent)
 {

@@ -8,7 +8,7 @@ namespace AquenSolvar::Device {
 
 namespace {
 
-// Vendor requests to the interface (USB 2.0, 9.3.1).
+// bmRequestType of vendor requests to the interface (USB 2.0, 9.3.1).
 constexpr quint8 vendorRead = 0xC1;
 constexpr quint8 vendorWrite = 0x41;
 
@@ -25,7 +25,7 @@ constexpr quint16 schemaVersionLength = 4;
 constexpr unsigned timeoutMs = 1000;
 constexpr unsigned configurationPageTimeoutMs = 5000;
 
-// The version that units are compared with. It does not depend on the shipped bundles.
+// Units with an older version need an update. Independent of the shipped bundles.
 constexpr FirmwareVersion currentFirmware = {1, 3, 1};
 
 } // namespace
@@ -93,15 +93,15 @@ bool AquenSolvarDevice::loadConfig()
 
 bool AquenSolvarDevice::loadFirmwareVersion()
 {
-    QByteArray answer;
+    QByteArray response;
     try {
-        answer = readVendor(requestFirmwareVersion, firmwareVersionLength, timeoutMs);
+        response = readVendor(requestFirmwareVersion, firmwareVersionLength, timeoutMs);
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "Failed to load firmware version:" << exception.what();
         return false;
     }
-    QLOG_INFO() << "Result length:" << answer.size();
-    m_firmwareVersion = cleanedFirmwareVersion(answer);
+    QLOG_INFO() << "Result length:" << response.size();
+    m_firmwareVersion = cleanedFirmwareVersion(response);
     QLOG_INFO() << "Firmware version:" << m_firmwareVersion;
     QLOG_INFO() << "Length: " << m_firmwareVersion.split(QLatin1Char('.')).size();
     m_needsUpdate = isOlderThan(m_firmwareVersion, m_targetVersion);
@@ -111,10 +111,10 @@ bool AquenSolvarDevice::loadFirmwareVersion()
 bool AquenSolvarDevice::loadFirmwareRevision()
 {
     try {
-        const QByteArray answer =
+        const QByteArray response =
             readVendor(requestFirmwareRevision, firmwareRevisionLength, timeoutMs);
         m_firmwareRevision = QString::fromUtf8(
-            answer.constData(), int(qstrnlen(answer.constData(), uint(answer.size()))));
+            response.constData(), int(qstrnlen(response.constData(), uint(response.size()))));
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "Failed to load firmware revision:" << exception.what();
         return false;

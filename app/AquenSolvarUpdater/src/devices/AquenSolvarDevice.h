@@ -8,18 +8,17 @@
 
 namespace AquenSolvar::Device {
 
-/// A unit that runs its application firmware. The constructor opens it and reads what is shown of
-/// it over vendor requests, on the calling thread: up to 8 s when the unit does not answer. GUI
+/// A unit that runs its application firmware. The constructor opens it and reads what the user
+/// interface shows, with vendor requests. It blocks up to 8 s if the unit does not respond. GUI
 /// thread.
 class AquenSolvarDevice : public I_Device, public QEnableSharedFromThis<AquenSolvarDevice>
 {
     Q_OBJECT
 
 public:
-    /// Opens the unit and loads it. A read that fails is logged, ends the loading and leaves the
-    /// later fields at their initial values; an unknown product id opens the unit and reads
-    /// nothing.
-    /// @throws USB::USBException when the unit cannot be opened.
+    /// Opens and reads the unit. A failed read is logged and ends the reading; the remaining fields
+    /// keep their initial values. With an unknown product id, only opens the unit.
+    /// @throws USB::USBException when the unit cannot be opened
     explicit AquenSolvarDevice(USB::P_LibUsbDevice record, QObject* parent = nullptr);
 
     DeviceType deviceType() const override { return m_deviceType; }
@@ -29,11 +28,11 @@ public:
     bool needsUpdate() const override { return m_needsUpdate; }
     bool isDfu() const override { return false; }
 
-    /// Makes the unit restart into its bootloader: it leaves the bus and comes back as another
-    /// device. False, with a log line, when the request failed.
+    /// Restarts the unit into its bootloader: it leaves the bus and returns as another device.
+    /// @return false, with an error in the log, when the request fails
     Q_INVOKABLE bool dropToBootloader();
 
-    /// The steps of loading, in the constructor's order. Each is true on success.
+    // The constructor's reads, in its order. Each logs its failure and then returns false.
     bool loadSchemaVersion();
     bool loadConfig();
     bool loadFirmwareVersion();

@@ -7,15 +7,15 @@
 
 namespace AquenSolvar::Device {
 
-/// A unit whose DFU bootloader is on the bus. Opens nothing and talks to nothing: it keeps the
-/// record with which an update can open the unit. A bootloader does not report the unit's own name,
-/// so two of one kind carry the same label. Immutable. GUI thread.
+/// A unit whose DFU bootloader is on the bus. Sends nothing: it keeps the record with which an
+/// update opens the unit. A bootloader does not report the unit's serial name, so that two of one
+/// kind have the same label. Immutable. GUI thread.
 class AquenSolvarDfuDevice : public I_Device, public QEnableSharedFromThis<AquenSolvarDfuDevice>
 {
     Q_OBJECT
 
 public:
-    /// Type and label follow from the record's product id; another id than a bootloader's gives
+    /// The record's product id selects type and label; any id other than a bootloader's results in
     /// UNKNOWN and an empty label.
     explicit AquenSolvarDfuDevice(USB::P_LibUsbDevice record);
 

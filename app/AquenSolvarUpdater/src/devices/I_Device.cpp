@@ -7,7 +7,7 @@ namespace AquenSolvar::Device {
 I_Device::I_Device(QObject* parent)
     : QObject(parent)
 {
-    // A pointer that QML gets by calling a function would become the engine's own.
+    // Otherwise QML would own, and delete, a device that it gets as a function's return value.
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     qRegisterMetaType<P_I_Device>("Device::P_I_Device");
     qRegisterMetaType<P_I_Device>("AquenSolvar::Device::P_I_Device");

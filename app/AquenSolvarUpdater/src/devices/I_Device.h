@@ -7,10 +7,9 @@
 
 namespace AquenSolvar::Device {
 
-/// An attached unit as the rest of the program and the user interface see it, whether it runs its
-/// application firmware or its DFU bootloader. The properties never change during an object's life.
-/// GUI thread. Shared between the watcher and the list model; QML gets plain pointers and never
-/// owns one (the constructor sees to that).
+/// An attached unit, whether it runs its application firmware or its DFU bootloader. The properties
+/// never change during an object's life. The watcher and the list model share ownership; QML gets
+/// plain pointers and never owns one, which the constructor ensures. GUI thread.
 class I_Device : public QObject
 {
     Q_OBJECT
@@ -27,7 +26,7 @@ public:
         AQUEN_DFU = 1,  ///< washing unit in its bootloader
         SOLVAR = 2,     ///< curing unit, application firmware running
         SOLVAR_DFU = 3, ///< curing unit in its bootloader
-        UNKNOWN = 4     ///< no unit of ours; no card shows it as one
+        UNKNOWN = 4     ///< none of the four; no card shows it as one
     };
     Q_ENUM(DeviceType)
 
@@ -42,10 +41,10 @@ public:
     /// The translated heading under which the unit is listed.
     virtual QString sectionName() const = 0;
 
-    /// The primary sort key of the list: 0 for a unit in its bootloader, 1 for the others.
+    /// The primary sort key of the list: 0 for a unit in its bootloader, 1 otherwise.
     virtual int sortOrder() const = 0;
 
-    /// Whether the unit should be offered a firmware update.
+    /// Whether to offer a firmware update for the unit.
     virtual bool needsUpdate() const = 0;
 
     /// Whether the unit runs its bootloader.

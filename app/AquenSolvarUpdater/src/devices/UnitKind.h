@@ -4,20 +4,20 @@
 
 namespace AquenSolvar::Device {
 
-/// What the program knows about one kind of unit in one mode.
+/// The facts about one kind of unit in one mode, in one table.
 struct UnitKind
 {
     quint16 productId;           ///< USB product id, under vendor 0x16D0
-    I_Device::DeviceType type;   ///< as shown to the user interface
+    I_Device::DeviceType type;   ///< for the user interface
     bool dfu;                    ///< runs its bootloader
     const char* name;            ///< for log lines
     const char* arrivalText;     ///< log line when one arrives
     const char* removalText;     ///< log line when one leaves
-    const char* serialName;      ///< label of a bootloader; empty where the unit reports its own
-    const char* firmwarePattern; ///< name filter of its firmware bundles; empty outside bootloaders
+    const char* serialName;      ///< label of a bootloader; empty if the unit reports its own
+    const char* firmwarePattern; ///< name filter of its firmware bundles; empty if no bootloader
 };
 
-/// The kind of a USB product id; null for an id that is no unit of ours. Any thread.
+/// The kind with this USB product id; null if there is none. Any thread.
 const UnitKind* unitKindOf(quint16 productId);
 
 } // namespace AquenSolvar::Device

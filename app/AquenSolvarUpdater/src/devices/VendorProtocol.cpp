@@ -13,9 +13,9 @@ constexpr int serialNameLength = 32;
 
 } // namespace
 
-qint32 decodeSchemaVersion(const QByteArray& answer)
+qint32 decodeSchemaVersion(const QByteArray& response)
 {
-    const QByteArray word = answer.leftJustified(4, '\0', true);
+    const QByteArray word = response.leftJustified(4, '\0', true);
     return qint32(qFromLittleEndian<quint32>(word.constData()));
 }
 
@@ -38,13 +38,13 @@ QString serialNameInPage(const QByteArray& page)
                              int(qstrnlen(field.constData(), uint(field.size()))));
 }
 
-QString cleanedFirmwareVersion(const QByteArray& answer)
+QString cleanedFirmwareVersion(const QByteArray& response)
 {
     int length = 0;
-    while (length < answer.size() &&
-           ((answer[length] >= '0' && answer[length] <= '9') || answer[length] == '.'))
+    while (length < response.size() &&
+           ((response[length] >= '0' && response[length] <= '9') || response[length] == '.'))
         ++length;
-    return QString::fromLatin1(answer.left(length));
+    return QString::fromLatin1(response.left(length));
 }
 
 bool isOlderThan(const QString& version, const FirmwareVersion& target)

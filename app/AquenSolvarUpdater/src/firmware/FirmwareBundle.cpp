@@ -45,7 +45,7 @@ int parseFirmwareBundle(const QByteArray& bytes, FirmwareBundle& out)
         return FirmwareCipherFailed;
     if (image.size() != length)
         return FirmwareLengthWrong;
-    // An image whose checksum is zero would hide that the stored one is missing.
+    // If the image's checksum is zero, the comparison alone would accept a missing one.
     if (checksumOf(image) != checksum || stream.status() != QDataStream::Ok)
         return FirmwareChecksumWrong;
 
@@ -58,7 +58,7 @@ int readFirmwareBundle(QString path, FirmwareBundle& out)
 {
     const QString consumed = std::move(path);
     QFile file(consumed);
-    // Opening a named pipe would wait for someone to write to it.
+    // Opening a named pipe would block until another process writes to it.
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
         return FirmwareFileUnreadable;
     const QByteArray bytes = file.read(qint64(largestFirmwareBundle) + 1);

@@ -11,7 +11,7 @@ InstanceGuard::InstanceGuard(const QString& directory)
     : m_directory(directory)
     , m_lock(QDir(directory).absoluteFilePath(QStringLiteral("running.lock")))
 {
-    // Stale is a lock whose process is gone, however old or young.
+    // Only a dead owner makes a lock stale, not its age.
     m_lock.setStaleLockTime(0);
 }
 

@@ -5,18 +5,19 @@
 
 namespace AquenSolvar {
 
-/// Notices a second copy of the program of the same person, by a lock file in the data directory.
-/// The second copy may run: units that the first has claimed are refused to it by the operating
-/// system. A lock left by a program that died does not count. GUI thread; held for the program's
-/// life.
+/// Detects a second copy of the program run by the same person, with a lock file in the data
+/// directory. The second copy may run: the operating system denies it the units that the first has
+/// claimed. A lock whose process has died does not count. Keep it until the program ends. GUI
+/// thread.
 class InstanceGuard
 {
 public:
-    /// @param directory where the lock file lies; made when absent
+    /// @param directory holds the lock file; created by checkIsFirst() if missing
     explicit InstanceGuard(const QString& directory);
 
-    /// True for the first copy, and when that cannot be told (no such directory, no permission),
-    /// which is logged. Otherwise says so in the log and on standard error.
+    /// @return true for the first copy, and when this is unknown (no directory, no permission),
+    /// which
+    ///         is logged; otherwise false, reported in the log and on standard error
     bool checkIsFirst();
 
 private:

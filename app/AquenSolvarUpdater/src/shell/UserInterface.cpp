@@ -23,8 +23,8 @@
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
-// A static library's resources are linked only when something asks for them, and the calls must
-// stand outside of any namespace. Registering a bundle again is harmless.
+// A static library's resources are linked only if these calls refer to them. The macro requires
+// that they are outside of any namespace. Repeated registration is harmless.
 static void initializeResources()
 {
     Q_INIT_RESOURCE(AquenSolvarFonts);
@@ -76,7 +76,7 @@ void registerApplicationTypes()
     qmlRegisterUncreatableType<Device::I_Device>("AquenSolvar.Device", 1, 0, "Device", QString());
 }
 
-// A type name that is not known here reaches QML as undefined, without a word.
+// A value of a type whose name is not registered silently reaches QML as undefined.
 void registerMetaTypes()
 {
     qRegisterMetaType<Tasks::AquenSolvarFirmwareUpdateTask*>(

@@ -12,7 +12,7 @@ AquenSolvarFilterProxyModel::AquenSolvarFilterProxyModel(QObject* parent)
             &AquenSolvarFilterProxyModel::rowCountChanged);
     connect(this, &QAbstractItemModel::rowsRemoved, this,
             &AquenSolvarFilterProxyModel::rowCountChanged);
-    sort(0); // without it the proxy keeps the order of the source
+    sort(0); // otherwise the proxy keeps the order of the source
 }
 
 bool AquenSolvarFilterProxyModel::lessThan(const QModelIndex& left, const QModelIndex& right) const
@@ -28,7 +28,7 @@ bool AquenSolvarFilterProxyModel::lessThan(const QModelIndex& left, const QModel
     }
     if (leftDevice->sortOrder() < rightDevice->sortOrder())
         return true;
-    // A left sort order that is greater does not decide: the serial names do.
+    // A greater sort order on the left does not decide.
     return leftDevice->serialName() < rightDevice->serialName();
 }
 

@@ -4,8 +4,8 @@
 
 namespace AquenSolvar {
 
-/// Orders the units of the device list for display: units in their bootloader before the others,
-/// then by serial name. Filters nothing. GUI thread.
+/// Sorts the units of the device list for display: units in their bootloader first, then by serial
+/// name. Filters nothing. GUI thread.
 class AquenSolvarFilterProxyModel : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -14,12 +14,13 @@ public:
     explicit AquenSolvarFilterProxyModel(QObject* parent = nullptr);
 
 signals:
-    /// Rows were inserted or removed; not emitted on resets and layout changes.
+    /// Rows were inserted or removed. Not emitted on resets and layout changes.
     void rowCountChanged();
 
 protected:
-    /// Not a strict weak order: a unit in application mode on the left is compared by serial name
-    /// alone. False, with a log line, when either row holds no device.
+    /// True when the left unit's sort order is smaller; otherwise compares the serial names, even
+    /// if the left unit's sort order is greater. This is not a strict weak ordering.
+    /// @return false, with an error in the log, when a row has no device
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 };
 

@@ -9,8 +9,8 @@
 
 namespace AquenSolvar {
 
-/// The list of attached, recognised units in ascending order of serial name, which is the only
-/// identity that the list knows: a second unit of the same name is refused. GUI thread.
+/// The list of attached, recognised units in ascending order of serial name. The serial name is the
+/// identity of a unit here: a second unit of the same name is refused. GUI thread.
 class AquenSolvarListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -30,13 +30,15 @@ public:
     QHash<int, QByteArray> roleNames() const override { return m_roleNames; }
     int count() const { return int(m_devices.size()); }
 
-    /// Lists the units of that watcher from now on. Nothing happens without one.
+    /// Lists the units that @p watcher reports from now on. Null is logged and does nothing.
     Q_INVOKABLE void addAqSolWatcher(AquenSolvar::AquenSolvarWatcher* watcher);
 
-    /// False, with a log line and nothing changed, when the serial name is listed already.
+    /// Shares ownership of the device.
+    /// @return false, with a warning in the log and no change, when the serial name is listed
     bool insertDevice(const AquenSolvar::Device::P_I_Device& device);
 
-    /// False, with a log line and nothing changed, when the serial name is not listed.
+    /// Removes the unit of the same serial name.
+    /// @return false, with a warning in the log and no change, when it is not listed
     bool removeDevice(const AquenSolvar::Device::P_I_Device& device);
 
 signals:

@@ -10,10 +10,10 @@
 
 namespace AquenSolvar {
 
-/// Turns the enumerator's reports into device objects: recognises the four kinds of unit by product
-/// id, keeps an object while its unit is attached, and announces arrivals and removals. A unit is
-/// identified by its device record alone; one that restarts is a removal and a new arrival. GUI
-/// thread; the signals are emitted from inside the enumerator's calls.
+/// Creates a device object for each unit that the enumerator reports, and keeps it while the unit
+/// is attached. Recognises the four kinds of unit by product id. The device record identifies a
+/// unit: one that restarts is a removal and a new arrival. Emits its signals during the
+/// enumerator's calls. GUI thread.
 class AquenSolvarWatcher : public QObject, public USB::LibusbDeviceEnumeratorListener
 {
     Q_OBJECT
@@ -23,25 +23,25 @@ public:
     explicit AquenSolvarWatcher(QObject* parent = nullptr);
     ~AquenSolvarWatcher() override;
 
-    /// Registers with the enumerator, which is not owned and must outlive the notices. Once.
-    /// @return true; false, with a log line, without an enumerator.
+    /// Registers with the enumerator. Call once. Not owned.
+    /// @return false, with an error in the log, when @p usbEnumerator is null
     Q_INVOKABLE bool init(USB::LibusbDeviceEnumerator* usbEnumerator);
 
     USB::LibusbDeviceEnumerator* usbEnumerator() const { return m_usbEnumerator; }
 
-    /// Always answers false, so that later listeners are offered the unit as well. A unit that
-    /// cannot be opened is logged with what to do about it, and not announced.
+    /// A unit that cannot be opened is logged together with a remedy, and not reported.
+    /// @return false: later listeners are called, too
     bool cb_libusbDeviceAdded(USB::P_LibUsbDevice device) override;
 
-    /// True when the record was a known unit.
+    /// @return true when the record belongs to a known unit
     bool cb_libusbDeviceRemoved(USB::P_LibUsbDevice device) override;
 
 signals:
     /// A unit arrived, in application or DFU mode.
     void addedDevice(AquenSolvar::Device::P_I_Device device);
-    /// A unit in DFU mode arrived; right after addedDevice for the same object.
+    /// A unit in DFU mode arrived. Emitted right after addedDevice for the same object.
     void addedDFUDevice(AquenSolvar::Device::I_Device* device);
-    /// A known unit went away.
+    /// A known unit left.
     void removedDevice(AquenSolvar::Device::P_I_Device device);
 
 private:
