@@ -1,63 +1,58 @@
-// Memory layouts that a bootloader publishes in its interface string.
+// Memory layouts: the input as a bootloader's text, and as the numbers of a well-formed text.
 #include "Harness.h"
-#include "LogInspector.h"
 #include "dfu/DfuSeLayout.h"
 
+#include <QDataStream>
+
 using namespace AquenSolvar::Device;
-using Fuzz::require;
 
 namespace {
 
-qint64 lengthOf(const MemorySegment& segment)
+constexpr qint64 limit = qint64(1) << 32; // of addresses and sizes
+
+QString textOf(qint64 start, qint64 end, qint64 pageSize)
 {
-    return qint64(segment.endAddress) - segment.startAddress + 1;
+    const qint64 length = end - start + 1;
+    assert(length >= 0 && (pageSize == 0 ? length == 0 : length % pageSize == 0));
+    return QString::asprintf("%llx to %llx in pages of %llx\n", start, end, pageSize);
 }
 
-// The segments written as a layout again, each as a group of its own.
-QString layoutOf(const QList<MemorySegment>& segments)
+QString parsed(const QString& layout)
 {
-    QString text = QStringLiteral("@Again");
-    for (const MemorySegment& segment : segments) {
-        text += QStringLiteral("/0x%1/%2*%3Bg")
-                    .arg(segment.startAddress, 8, 16, QLatin1Char('0'))
-                    .arg(segment.pageSize == 0 ? 1 : lengthOf(segment) / segment.pageSize)
-                    .arg(segment.pageSize);
-    }
+    QString text;
+    for (const MemorySegment& segment : parseMemoryLayout(layout))
+        text += textOf(segment.startAddress, segment.endAddress, segment.pageSize);
     return text;
-}
-
-bool same(const MemorySegment& left, const MemorySegment& right)
-{
-    return left.startAddress == right.startAddress && left.endAddress == right.endAddress &&
-           left.pageSize == right.pageSize;
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void check(const QByteArray& input)
 {
-    Fuzz::inspectLog();
-    const QString text = QString::fromLatin1(Fuzz::bytesOf(data, size));
-    const QList<MemorySegment> segments = parseMemoryLayout(text);
-    require(segments.size() <= text.size() / 4, "each segment has a group of its own in the text");
-    for (const MemorySegment& segment : segments) {
-        // The end lies in 32 bits by its type; one that had wrapped would lie below the start.
-        const qint64 length = lengthOf(segment);
-        require(length >= 0, "a segment ends at its start or above");
-        require(segment.pageSize == 0 ? length == 0 : length % segment.pageSize == 0,
-                "a segment is made of whole pages");
-        if (length == 0)
-            continue;
-        for (const quint32 address : {segment.startAddress, segment.endAddress}) {
-            const MemorySegment found = segmentForAddress(segments, address);
-            require(found.startAddress <= address && address <= found.endAddress &&
-                        found.pageSize != 0,
-                    "an address of a segment is found in one that can be erased");
+    parsed(QString::fromLatin1(input));
+
+    QString layout = QStringLiteral("@Name");
+    QString expected;
+    qint64 address = -1;
+    bool valid = true;
+    for (QDataStream in(input); !in.atEnd();) {
+        quint32 start = 0;
+        quint16 count = 0, size = 0;
+        quint8 form = 0;
+        in >> form >> count >> size;
+        if (form >= 0x80 || address < 0) {
+            in >> start;
+            address = start;
+            layout += QString::asprintf("/0x%08x/", start);
         }
+        const int unit = form % 4; // the fourth letter is no multiplier
+        layout += QString::asprintf("%02d*%03d%cg,", count, size, "BKMX"[unit]);
+        const qint64 pageSize = qint64(size) << (10 * unit);
+        const qint64 end = address + count * pageSize;
+        valid = valid && unit < 3 && pageSize < limit && address < limit && end > 0 && end <= limit;
+        if (valid)
+            expected += textOf(address, end - 1, pageSize);
+        address = valid ? end : 0;
     }
-    const QList<MemorySegment> again = parseMemoryLayout(layoutOf(segments));
-    require(again.size() == segments.size() &&
-                std::equal(again.begin(), again.end(), segments.begin(), same),
-            "the segments written as a layout read back the same");
-    return 0;
+    assert(parsed(layout) == expected);
 }

@@ -1,0 +1,45 @@
+// INI texts, read as a second implementation reads them.
+#include "Common/Logging/IniDocument.h"
+#include "Harness.h"
+
+#include <QMap>
+#include <QRegularExpression>
+
+namespace {
+
+// By section and key, which are in one case.
+using Values = QMap<QPair<QString, QString>, QString>;
+
+std::optional<Values> expectedValues(const QByteArray& text)
+{
+    static const QRegularExpression form(QStringLiteral("^(?:\\[([^]]*)\\]|([^[=][^=]*)=(.*))$"),
+                                         QRegularExpression::DotMatchesEverythingOption);
+    Values values;
+    QString section;
+    for (const QString& line : QString::fromUtf8(text).split(QLatin1Char('\n'))) {
+        if (line.trimmed().isEmpty() || QStringLiteral(";#").contains(line.trimmed()[0]))
+            continue;
+        const QRegularExpressionMatch match = form.match(line.trimmed());
+        const QString name = match.captured(1).trimmed().toCaseFolded();
+        const QString key = match.captured(2).trimmed().toCaseFolded();
+        if (name.isEmpty() && key.isEmpty())
+            return std::nullopt;
+        if (!name.isEmpty())
+            section = name;
+        else if (!section.isEmpty())
+            values.insert({section, key}, match.captured(3).trimmed());
+    }
+    return values;
+}
+
+} // namespace
+
+void check(const QByteArray& input)
+{
+    const std::optional<Values> expected = expectedValues(input);
+    const auto document = Common::IniDocument::parse(input);
+    assert(document.has_value() == expected.has_value());
+    const Values values = expected.value_or(Values());
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        assert(document->section(value.key().first)->value(value.key().second) == *value);
+}
