@@ -20,9 +20,9 @@ packages_for() {
             libgl1-mesa-dri ;;
         # The virtual bus and the tools of others that judge the virtual units.
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
-            xvfb xdotool at-spi2-core python3-pyatspi openssl strace ;;
+            xvfb xdotool imagemagick at-spi2-core python3-pyatspi openssl strace ;;
         # A screen without a monitor, and hands on it.
-        demo) echo umockdev xvfb xdotool imagemagick python3 ;;
+        demo) echo umockdev xvfb xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         # A virtual machine that starts from parts of Debian's kernel, and what runs in it.
         kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev umockdev xvfb xdotool \
             imagemagick dfu-util usbutils python3 util-linux ;;

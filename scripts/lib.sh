@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What the project's commands share: where the tree is, how they speak, and the build. To be sourced.
+# What the project's commands share. To be sourced.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -30,4 +30,31 @@ build() {
     say "== build ($preset)"
     (cd "$root" && cmake --build --preset "$preset" -j "$(nproc)" --target "${targets[@]}") ||
         die build "see the messages of the compiler above"
+}
+
+# install_updater TREE FOLDER BYTES: installs the updater of a build tree into FOLDER/updater, with
+# bundles of made images in it: version 1.3.1, FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin.
+# They are no real firmware and must not come near a program that could find a real unit.
+install_updater() {
+    local tree=$1 folder=$2 size=$3 kind
+    rm -rf "$folder/updater"
+    cmake --install "$tree" --prefix "$folder/updater" >"$folder/install.txt" ||
+        die "install the updater" "see $folder/install.txt"
+    for kind in aquen solvar; do
+        "$tree/simulator/virtualbus/virtualbus" --make-image "1.3.1:$((size++)):$folder/$kind.bin" ||
+            die "make a firmware image" "see the messages above"
+        "$tree/tools/tarnware/tarnware" pack --version 10301 "$folder/$kind.bin" \
+            "$folder/updater/lib/aquen-solvar-updater/Resources/Firmwares/$kind-v1.3.1.tarnware" ||
+            die "make a firmware bundle" "see the messages above"
+    done
+}
+
+# holds_image REPORT IMAGE: whether the washing unit in a report of the virtual bus runs the image.
+holds_image() {
+    local unit sent
+    unit=$(grep '^unit=aquen ' "$1")
+    sent=$(sha256sum <"$2")
+    say "Image sent: SHA-256 ${sent%% *}, version 1.3.1"
+    say "The unit:   $unit"
+    [[ " $unit " == *" sha256=${sent%% *} "* && $unit == *" mode=application firmware=1.3.1 "* ]]
 }
