@@ -24,8 +24,8 @@ packages_for() {
         # A screen without a monitor, and hands on it.
         demo) echo umockdev xvfb xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         # A virtual machine that starts from parts of Debian's kernel, and what runs in it.
-        kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev umockdev xvfb xdotool \
-            imagemagick dfu-util usbutils python3 util-linux ;;
+        kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev util-linux umockdev xvfb \
+            xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;
@@ -34,7 +34,7 @@ packages_for() {
         wayland) echo qtwayland5 ;;
         package) echo dpkg-dev file ;;
         # Judges of a package, and a system of its own to install it into.
-        package-test) echo lintian appstream desktop-file-utils debootstrap man-db ;;
+        package-test) echo lintian appstream desktop-file-utils piuparts mmdebstrap man-db ;;
         *)
             echo "install-packages.sh: unknown purpose: $1" >&2
             return 2
