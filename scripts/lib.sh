@@ -3,10 +3,10 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# One language and encoding in all tools' output, whatever the machine is set to.
+# One language and encoding in the output of all tools, whatever the machine's locale.
 export LC_ALL=C.UTF-8
 
-# A service account may have no home to write to.
+# A service account may have no writable home.
 if [[ ! -w ${HOME:-/nonexistent} ]]; then
     mkdir -p "$root/build/home"
     export HOME=$root/build/home
@@ -14,13 +14,13 @@ fi
 
 say() { printf '%s\n' "$*"; }
 
-# die STEP REASON: ends the command; the last line says which step failed.
+# die STEP REASON: exits with 1; the last line names the step that failed.
 die() {
     printf '%s: FAILED: %s\n' "$1" "$2" >&2
     exit 1
 }
 
-# build PRESET [TARGET…]: configures and builds, all targets by default.
+# build PRESET [TARGET…]: configures and builds; all targets by default.
 build() {
     local preset=$1
     shift
@@ -33,7 +33,7 @@ build() {
 }
 
 # install_updater TREE FOLDER BYTES: installs the updater of a build tree into FOLDER/updater, with
-# bundles of made images in it: version 1.3.1, FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin.
+# bundles of generated images in it: version 1.3.1, FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin.
 # They are no real firmware and must not come near a program that could find a real unit.
 install_updater() {
     local tree=$1 folder=$2 size=$3 kind
