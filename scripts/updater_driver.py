@@ -96,20 +96,12 @@ class Session:
         return self
 
     def __exit__(self, kind, error, trace):
-        if self._process.poll() is not None:
-            return
-        if self._window:
-            try:
-                self.picture("failed.png")
-            except DriverError as reason:
-                print(f"  no picture: {reason}", flush=True)
-        for number in (signal.SIGTERM, signal.SIGKILL):
-            try:
-                os.killpg(self._process.pid, number)
-                self._process.wait(10)
-                return
-            except subprocess.TimeoutExpired:
-                continue
+        if self._process.poll() is None:
+            if self._window:
+                subprocess.run(["import", "-window", self._window, self._pictures / "failed.png"],
+                               check=False)
+            os.killpg(self._process.pid, signal.SIGTERM)
+            self._process.wait(20 * PATIENCE)
 
     def wait(self, what, seconds, condition):
         """The first true result of the condition."""
@@ -171,11 +163,9 @@ class Session:
                 if (not roles or item.getRole() in roles) and name in (None, item.name) and
                 item.getState().contains(pyatspi.STATE_SHOWING)]
 
-    def cards(self):
-        return {card.description for card in self.controls(CARD)}
-
     def wait_for_cards(self, summaries):
-        self.wait(f"the cards {summaries}", 30, lambda: self.cards() == summaries)
+        self.wait(f"the cards {summaries}", 30, lambda: summaries == {
+            card.description for card in self.controls(CARD)})
         self.require_names()
 
     def require_names(self):
