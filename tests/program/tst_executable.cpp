@@ -13,7 +13,7 @@ using namespace VirtualUnit;
 
 namespace {
 
-constexpr int patience = 60000; // milliseconds
+constexpr int patience = 30000; // milliseconds
 const QString logFile =
     QStringLiteral(".local/share/Quillon/QuillonFirmwareUpdater/Logs/AquenSolvarUpdater.log");
 
