@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that a purpose needs and that are missing; does nothing, and asks
-# for no rights, when all are there.
+# Installs the Debian packages that a purpose needs and that are missing. Does nothing, and needs no
+# rights, when all are installed.
 #   scripts/install-packages.sh [--list] PURPOSE…
 # Purposes: build run test demo kernel lint memcheck coverage fuzz benchmark wayland package
 #   package-test. --list prints the packages and installs nothing.
@@ -18,14 +18,14 @@ packages_for() {
             qml-module-qtquick-controls qml-module-qtqml-statemachine \
             qml-module-qtgraphicaleffects libqt5svg5 libusb-1.0-0 fonts-dejavu-core \
             libgl1-mesa-dri ;;
-        # The virtual bus and the tools of others that judge the virtual units.
+        # The virtual bus, third-party tools that judge the virtual units, and assistive technology.
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
-            xvfb xdotool at-spi2-core python3-pyatspi openssl strace ;;
-        # A screen without a monitor, and hands on it.
-        demo) echo umockdev xvfb xdotool imagemagick python3 ;;
-        # A virtual machine that starts from parts of Debian's kernel, and what runs in it.
-        kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev umockdev xvfb xdotool \
-            imagemagick dfu-util usbutils python3 util-linux ;;
+            xvfb xdotool imagemagick at-spi2-core python3-pyatspi openssl strace ;;
+        # A screen without a monitor, and what drives a window on it.
+        demo) echo umockdev xvfb xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
+        # A virtual machine that boots parts of Debian's kernel, and what runs in it.
+        kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev util-linux umockdev xvfb \
+            xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;
@@ -33,8 +33,8 @@ packages_for() {
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
         package) echo dpkg-dev file ;;
-        # Judges of a package, and a system of its own to install it into.
-        package-test) echo lintian appstream desktop-file-utils debootstrap man-db ;;
+        # Checks of a package, and a new system to install it into.
+        package-test) echo lintian appstream desktop-file-utils piuparts mmdebstrap man-db ;;
         *)
             echo "install-packages.sh: unknown purpose: $1" >&2
             return 2
@@ -45,7 +45,7 @@ packages_for() {
 # The packages of the list given as arguments that are not installed.
 missing_of() {
     local installed package
-    # dpkg-query complains of names that it has never heard of; those are missing as well.
+    # dpkg-query reports unknown names as errors; those are missing as well.
     installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null || true)
     for package in "$@"; do
         grep -qxF "installed $package" <<<"$installed" || echo "$package"
@@ -74,7 +74,7 @@ main() {
         return
     fi
     if ! command -v dpkg-query >/dev/null; then
-        echo "install-packages.sh: this is no Debian system; needed are the equivalents of:" \
+        echo "install-packages.sh: this is not a Debian system; install the equivalents of:" \
             "${wanted[*]}" >&2
         exit 1
     fi

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# What the project's commands share: where the tree is, how they speak, and the build. To be sourced.
+# What the project's commands share. To be sourced.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# One language and encoding in all tools' output, whatever the machine is set to.
+# One language and encoding in the output of all tools, whatever the machine's locale.
 export LC_ALL=C.UTF-8
 
-# A service account may have no home to write to.
+# A service account may have no writable home.
 if [[ ! -w ${HOME:-/nonexistent} ]]; then
     mkdir -p "$root/build/home"
     export HOME=$root/build/home
@@ -14,13 +14,13 @@ fi
 
 say() { printf '%s\n' "$*"; }
 
-# die STEP REASON: ends the command; the last line says which step failed.
+# die STEP REASON: exits with 1; the last line names the step that failed.
 die() {
     printf '%s: FAILED: %s\n' "$1" "$2" >&2
     exit 1
 }
 
-# build PRESET [TARGET…]: configures and builds, all targets by default.
+# build PRESET [TARGET…]: configures and builds; all targets by default.
 build() {
     local preset=$1
     shift
@@ -30,4 +30,31 @@ build() {
     say "== build ($preset)"
     (cd "$root" && cmake --build --preset "$preset" -j "$(nproc)" --target "${targets[@]}") ||
         die build "see the messages of the compiler above"
+}
+
+# install_updater TREE FOLDER BYTES: installs the updater of a build tree into FOLDER/updater, with
+# bundles of generated images in it: version 1.3.1, FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin.
+# They are no real firmware and must not come near a program that could find a real unit.
+install_updater() {
+    local tree=$1 folder=$2 size=$3 kind
+    rm -rf "$folder/updater"
+    cmake --install "$tree" --prefix "$folder/updater" >"$folder/install.txt" ||
+        die "install the updater" "see $folder/install.txt"
+    for kind in aquen solvar; do
+        "$tree/simulator/virtualbus/virtualbus" --make-image "1.3.1:$((size++)):$folder/$kind.bin" ||
+            die "make a firmware image" "see the messages above"
+        "$tree/tools/tarnware/tarnware" pack --version 10301 "$folder/$kind.bin" \
+            "$folder/updater/lib/aquen-solvar-updater/Resources/Firmwares/$kind-v1.3.1.tarnware" ||
+            die "make a firmware bundle" "see the messages above"
+    done
+}
+
+# holds_image REPORT IMAGE: whether the washing unit in a report of the virtual bus runs the image.
+holds_image() {
+    local unit sent
+    unit=$(grep '^unit=aquen ' "$1")
+    sent=$(sha256sum <"$2")
+    say "Image sent: SHA-256 ${sent%% *}, version 1.3.1"
+    say "The unit:   $unit"
+    [[ " $unit " == *" sha256=${sent%% *} "* && $unit == *" mode=application firmware=1.3.1 "* ]]
 }

@@ -1,6 +1,6 @@
-# The Debian package, by "cpack". scripts/make-package sets the time and makes it from nothing.
+# The Debian package, made by "cpack". scripts/make-package sets the time and builds from scratch.
 set(ASU_PACKAGE_CONTACT "Quillon <support@quillon.invalid>" CACHE STRING
-    "Who answers for the package: NAME <ADDRESS>. The default never resolves")
+    "Maintainer of the package: NAME <ADDRESS>. The default never resolves")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME aquen-solvar-updater)
@@ -15,11 +15,11 @@ set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 by USB, says which need an update, and writes new firmware into them over USB
 DFU with its DfuSe extensions. An interrupted update can be resumed.
 .
-Gives the person at the machine access to the units by a udev rule. Contains
-tarnware as well, which makes and checks firmware bundles; bundles themselves
-are not part of this package.")
+A udev rule lets the logged-in user access the units. Also contains
+tarnware, which makes and checks firmware bundles; bundles themselves are not
+part of this package.")
 
-# What the program links is found by dpkg-shlibdeps; what it loads at run time is not.
+# What the program links is found by dpkg-shlibdeps; what it loads at run time is listed.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
     libqt5svg5 qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts
@@ -36,7 +36,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_SOURCE_DIR}/debian/posti
     "${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# For the two scripts that run within cpack.
+# For the two scripts that cpack runs.
 set(CPACK_ASU_SOURCE_DATE "${ASU_SOURCE_DATE}")
 set(CPACK_ASU_DEBIAN_FILES "${CMAKE_CURRENT_SOURCE_DIR}/debian")
 set(CPACK_ASU_CHANGELOG "${CMAKE_SOURCE_DIR}/CHANGELOG.md")

@@ -1,7 +1,8 @@
-// The built program itself in homes and beside copies that make things hard for it. It must find
-// and read its units in all of them.
-#include "support/BusFixture.h"
+// The built program in homes and beside copies that make things hard for it. It has to find and
+// read its unit in all of them.
 #include "support/TempFiles.h"
+#include "umockdev/VirtualBus.h"
+#include "unit/Unit.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,166 +11,110 @@
 
 using namespace VirtualUnit;
 
+namespace {
+
+constexpr int patience = 30000; // milliseconds
+const QString logFile =
+    QStringLiteral(".local/share/Quillon/QuillonFirmwareUpdater/Logs/AquenSolvarUpdater.log");
+
+struct Updater : QProcess // killed at the end
+{
+    explicit Updater(const QString& home, const QString& locale = "C.UTF-8")
+    {
+        start("env", {"-u", "XDG_DATA_HOME", "-u", "XDG_CONFIG_HOME", "-u", "XDG_CACHE_HOME",
+                      "HOME=" + home, "LC_ALL=" + locale, UPDATER});
+    }
+};
+
+} // namespace
+
 class tst_executable : public QObject
 {
     Q_OBJECT
 
 private slots:
+    void init() { m_bus.plug(m_unit = std::make_shared<Unit>(m_setup)); }
     void cleanup() { m_bus.unplug(m_unit); }
     void homes_data();
     void homes();
     void secondCopy();
 
 private:
-    using P_Process = std::unique_ptr<QProcess>;
-    P_Process start(const QString& home, const QString& locale = "C.UTF-8");
-    static QString said(QProcess& program);
-    static void end(const P_Process& program);
-
-    void plugUnit();
-    void replugUnit();
     int timesRead() const;
 
     // Not a fixture: this process is no client of the bus. Of clients in several processes only the
-    // latest may hear what comes and goes.
+    // latest may get hot-plug events.
     VirtualBus m_bus;
+    const UnitSetup m_setup{Kind::Aquen, Mode::Application, "AQ-1", "1.2.0"};
     P_Unit m_unit;
 };
 
-namespace {
-
-const QString logFile =
-    QStringLiteral("/.local/share/Quillon/QuillonFirmwareUpdater/Logs/AquenSolvarUpdater.log");
-
-QString contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-} // namespace
-
-void tst_executable::plugUnit()
-{
-    UnitSetup setup;
-    setup.serialName = "A-1";
-    setup.firmware = "1.2.0";
-    m_unit = std::make_shared<Unit>(setup);
-    m_bus.plug(m_unit);
-}
-
-// How often its facts were read to the end.
+// How often the unit's properties were read to the last one.
 int tst_executable::timesRead() const
 {
-    const std::vector<TraceEntry> trace = m_unit->trace();
+    const auto trace = m_unit->trace();
     return int(std::count_if(trace.begin(), trace.end(),
-                             [](const TraceEntry& entry) { return entry.name == "revision"; }));
-}
-
-void tst_executable::replugUnit()
-{
-    m_bus.unplug(m_unit);
-    QTest::qWait(150); // a shorter absence can be missed
-    m_bus.plug(m_unit);
-}
-
-tst_executable::P_Process tst_executable::start(const QString& home, const QString& locale)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
-        environment.remove(name);
-    environment.insert("HOME", home);
-    environment.insert("LC_ALL", locale);
-    auto program = std::make_unique<QProcess>();
-    program->setProcessEnvironment(environment);
-    program->setProcessChannelMode(QProcess::MergedChannels);
-    program->start(UPDATER, QStringList());
-    return program;
-}
-
-QString tst_executable::said(QProcess& program)
-{
-    return QString::fromLocal8Bit(program.readAll());
-}
-
-void tst_executable::end(const P_Process& program)
-{
-    QCOMPARE(program->state(), QProcess::Running);
-    program->terminate();
-    QVERIFY(program->waitForFinished(5000));
+                             [](const auto& entry) { return entry.name == "revision"; }));
 }
 
 void tst_executable::homes_data()
 {
-    QTest::addColumn<QString>("home"); // below a new directory
-    QTest::addColumn<bool>("exists");
+    QTest::addColumn<QString>("home"); // in a new directory
     QTest::addColumn<QString>("locale");
     QTest::addColumn<bool>("logs");
-    QTest::newRow("empty") << "home" << true << "C.UTF-8" << true;
-    QTest::newRow("missing") << "no/home" << false << "C.UTF-8" << true;
-    QTest::newRow("not ASCII") << "Zoë Müller – 洗浄" << true << "C.UTF-8" << true;
-    QTest::newRow("not ASCII, in a locale that is") << "Zoë" << true << "C" << false;
-    // Nothing can be made there, by root neither.
-    QTest::newRow("read-only") << "/proc/self" << true << "C.UTF-8" << false;
-    QTest::newRow("full disk") << "full" << true << "C.UTF-8" << false;
+    const auto row = [](const char* name, const char* home, const char* locale, bool logs) {
+        QTest::newRow(name) << QString(home) << QString(locale) << logs;
+    };
+    row("missing, not ASCII", "no/Zoë Müller – 洗浄", "C.UTF-8", true);
+    row("not ASCII in a locale that is", "Zoë", "C", false);
+    row("read-only, for root as well", "/proc/self", "C.UTF-8", false);
+    row("full disk", "full", "C.UTF-8", false);
 }
 
 void tst_executable::homes()
 {
     QFETCH(QString, home);
-    QFETCH(bool, exists);
     QFETCH(QString, locale);
     QFETCH(bool, logs);
     const TempFiles files;
-    if (home == "full") {
-        // Every byte that is written to the log finds the disk full.
-        QVERIFY(QDir(files.root()).mkpath(QFileInfo("full" + logFile).path()));
-        QVERIFY(QFile::link("/dev/full", files.path(home + logFile)));
+    const QString log = home + '/' + logFile;
+    if (home == "full") { // for every write to the log
+        QVERIFY(QDir(files.root()).mkpath(QFileInfo(log).path()));
+        QVERIFY(QFile::link("/dev/full", files.path(log)));
     }
-    home = files.path(home);
-    QCOMPARE(QFileInfo::exists(home) || (exists && QDir().mkpath(home)), exists);
-    plugUnit();
-    const P_Process program = start(home, locale);
-    QVERIFY(waitFor([&] { return timesRead() == 1; }, 30000));
-    // Later events are seen as well.
-    replugUnit();
-    QVERIFY(waitFor([&] { return timesRead() == 2; }, 30000));
+    Updater updater(files.path(home), locale);
+    QTRY_COMPARE_WITH_TIMEOUT(timesRead(), 1, patience);
     if (logs)
-        QVERIFY(
-            waitFor([&] { return contents(home + logFile).count("Serial name: \"A-1\"") == 2; }));
-    const bool told = said(*program).contains("Could not make directory for log files:");
-    QCOMPARE(told, home.startsWith("/proc"));
-    end(program);
+        QTRY_VERIFY_WITH_TIMEOUT(files.get(log).contains("Serial name: \"AQ-1\""), patience);
+    QCOMPARE(updater.readAllStandardError().contains("Could not make directory for log files:"),
+             home == "/proc/self");
+    QCOMPARE(updater.state(), QProcess::Running);
 }
 
 void tst_executable::secondCopy()
 {
     const TempFiles files;
+    Updater first(files.root());
+    QTRY_COMPARE_WITH_TIMEOUT(timesRead(), 1, patience);
+    Updater second(files.root());
+    QTRY_VERIFY_WITH_TIMEOUT(files.get(logFile).contains("LIBUSB_ERROR_BUSY"), patience);
     const QString warning = "Another copy of this program is running (process %1).";
-    plugUnit();
-    const P_Process first = start(files.root());
-    QVERIFY(waitFor([&] { return timesRead() == 1; }, 30000));
-    const P_Process second = start(files.root());
-    const QString log = files.root() + logFile;
-    QVERIFY(waitFor(
-        [&] { return contents(log).contains("no other copy of this program is running"); }, 30000));
-    QVERIFY(contents(log).contains("LIBUSB_ERROR_BUSY"));
-    const QString expected = warning.arg(first->processId());
-    QVERIFY(said(*second).contains(expected));
-    QVERIFY(!said(*first).contains("Another copy"));
-    QCOMPARE(timesRead(), 1); // the first copy's unit was left alone
+    QVERIFY(second.readAllStandardError().contains(warning.arg(first.processId()).toUtf8()));
+    QCOMPARE(timesRead(), 1); // it left the first one's unit alone
 
-    // The first ends without a word; the second is then as good as it, after plugging in again.
-    first->kill();
-    QVERIFY(first->waitForFinished(5000));
-    replugUnit();
-    QVERIFY(waitFor([&] { return timesRead() == 2; }, 30000));
-    end(second);
-    // What they left behind stops nobody.
-    const P_Process third = start(files.root());
-    QVERIFY(waitFor([&] { return timesRead() == 3; }, 30000));
-    QVERIFY(!said(*third).contains("Another copy"));
-    end(third);
+    // A killed copy releases nothing by itself; neither the second copy nor a third one minds.
+    first.kill();
+    QVERIFY(first.waitForFinished(patience));
+    QVERIFY(!first.readAllStandardError().contains("Another copy"));
+    m_bus.unplug(m_unit);
+    QTest::qWait(150); // a shorter absence can be missed
+    m_bus.plug(m_unit);
+    QTRY_COMPARE_WITH_TIMEOUT(timesRead(), 2, patience);
+    second.kill();
+    QVERIFY(second.waitForFinished(patience));
+    Updater third(files.root());
+    QTRY_COMPARE_WITH_TIMEOUT(timesRead(), 3, patience);
+    QVERIFY(!third.readAllStandardError().contains("Another copy"));
 }
 
 QTEST_GUILESS_MAIN(tst_executable)

@@ -1,2 +1,2 @@
-# Read by cpack before anything else: the archives' time is the commit's, not the clock's.
+# Read by cpack first: the time of the archives is that of the commit, not of the build.
 set(ENV{SOURCE_DATE_EPOCH} "${CPACK_ASU_SOURCE_DATE}")

@@ -1,4 +1,4 @@
-# Run by cpack on the installed tree before it is packed: what Debian alone wants.
+# Run by cpack on the installed tree before it is packed: what only a Debian package needs.
 set(tree "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
 
 function(run)
@@ -10,12 +10,13 @@ endfunction()
 
 cmake_policy(SET CMP0009 NEW) # no search through links
 set(documents "${tree}/usr/share/doc/${CPACK_PACKAGE_NAME}")
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC) # by SOURCE_DATE_EPOCH, from SetDate.cmake
 run("${CPACK_ASU_DEBIAN_FILES}/changelog-from-markdown" "${CPACK_ASU_CHANGELOG}" "${CPACK_PACKAGE_NAME}"
-    "${CPACK_PACKAGE_VERSION}" "${CPACK_PACKAGE_CONTACT}" "${CPACK_ASU_SOURCE_DATE}"
+    "${CPACK_PACKAGE_VERSION}" "${CPACK_PACKAGE_CONTACT}" "${date}"
     "${documents}/changelog")
 run(gzip -9nf "${documents}/changelog")
 
-# Links that stay within /usr are relative in a package; in a tree that can be moved they cannot be.
+# In a package, links within /usr are relative; in a tree that can be moved they cannot be.
 file(GLOB_RECURSE paths LIST_DIRECTORIES true "${tree}/*")
 foreach(path IN LISTS paths)
     if(IS_SYMLINK "${path}")
