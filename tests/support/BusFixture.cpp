@@ -13,15 +13,17 @@ BusFixture::BusFixture()
     USB::LibUSB::instance().init();
 }
 
-P_Unit BusFixture::plug(const UnitSetup& setup)
+P_Unit BusFixture::plug(const UnitSetup& setup, const std::vector<Fault>& faults)
 {
     const auto unit = std::make_shared<Unit>(setup);
     unit->adjust([](Overrides& overrides) {
         overrides.eraseTime = milliseconds(0);
         overrides.programTime = milliseconds(0);
         overrides.leaveDelay = milliseconds(10);
-        overrides.returnDelay = milliseconds(200);
+        overrides.returnDelay = milliseconds(120); // clients miss an absence below 100 ms
     });
+    for (const Fault& fault : faults)
+        unit->addFault(fault);
     m_units.push_back(unit);
     m_bus.plug(unit);
     return unit;
@@ -59,13 +61,12 @@ void BusFixture::unplugAll()
 
 USB::P_LibUsbDevice BusFixture::awaitRecord(quint16 productId)
 {
-    USB::P_LibUsbDevice record;
+    QList<USB::P_LibUsbDevice> found;
     waitFor([&] {
-        const auto found = USB::LibUSB::instance().find(0x16D0, productId);
-        record = found.size() == 1 ? found.first() : USB::P_LibUsbDevice();
-        return !record.isNull();
+        found = USB::LibUSB::instance().find(0x16D0, productId);
+        return found.size() == 1;
     });
-    return record;
+    return found.size() == 1 ? found.first() : USB::P_LibUsbDevice();
 }
 
 bool BusFixture::awaitGone(quint16 productId)
@@ -90,9 +91,4 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds)
 QByteArray toByteArray(const Bytes& bytes)
 {
     return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
-}
-
-Bytes toBytes(const QByteArray& bytes)
-{
-    return Bytes(bytes.begin(), bytes.end());
 }
