@@ -22,7 +22,7 @@ public:
     VirtualUnit::P_Unit plugBootloader(VirtualUnit::Kind kind = VirtualUnit::Kind::Aquen);
     VirtualUnit::P_Unit plugApplication(const std::string& serial, const std::string& firmware,
                                         VirtualUnit::Kind kind = VirtualUnit::Kind::Aquen);
-    void unplug(const VirtualUnit::P_Unit& unit);
+    void unplug(const VirtualUnit::P_Unit& unit) { m_bus.unplug(unit); }
     void unplugAll();
 
     /// The record of the one attached device of that product id; null when it does not come.

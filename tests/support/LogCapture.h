@@ -14,45 +14,40 @@ class LogCapture
     Q_DISABLE_COPY(LogCapture)
 
 public:
-    explicit LogCapture(QStringList loggerNames)
-        : m_loggerNames(std::move(loggerNames))
+    explicit LogCapture(const QStringList& loggerNames)
     {
-        for (const QString& name : m_loggerNames) {
-            QsLogging::getLogger(name)->setLoggingLevel(QsLogging::Level::Trace);
-            QsLogging::getLogger(name)->addDestination(m_collector);
+        for (const QString& name : loggerNames) {
+            m_loggers << QsLogging::getLogger(name);
+            m_loggers.last()->setLoggingLevel(QsLogging::Level::Trace);
+            m_loggers.last()->addDestination(m_collector);
         }
     }
     ~LogCapture()
     {
-        for (const QString& name : m_loggerNames)
-            QsLogging::getLogger(name)->removeDestination(m_collector);
+        for (const QsLogging::P_Logger& logger : qAsConst(m_loggers))
+            logger->removeDestination(m_collector);
     }
 
     /// All lines so far, in order, without trailing blanks.
-    QStringList lines() const { return m_collector->lines(); }
+    QStringList lines() const { return m_collector->take(false); }
 
     /// Level and text of each line, without the origin: "INFO text".
     QStringList messages() const
     {
-        const QRegularExpression origin("^(\\S+) \\S+:\\d+ \\[[^\\]]*\\] ?(.*)$");
-        QStringList texts = lines().replaceInStrings(origin, "\\1 \\2");
-        return texts.replaceInStrings(QRegularExpression(" +$"), "");
+        const QRegularExpression origin("^(\\S+) \\S+:\\d+ \\[[^\\]]*\\]");
+        return lines().replaceInStrings(origin, "\\1");
     }
 
     /// Whether a line of that level ("WARN") has that text in it.
     bool contains(const QString& level, const QString& text) const
     {
-        const QStringList found = lines().filter(text);
-        return !found.filter(QRegularExpression("^" + level + " ")).isEmpty();
+        return !ofLevel(level).filter(text).isEmpty();
     }
 
     /// How many lines are of that level.
-    int count(const QString& level) const
-    {
-        return lines().filter(QRegularExpression("^" + level + " ")).size();
-    }
+    int count(const QString& level) const { return ofLevel(level).size(); }
 
-    void clear() { m_collector->clear(); }
+    void clear() { m_collector->take(true); }
 
 private:
     class Collector : public QsLogging::Destination
@@ -65,21 +60,21 @@ private:
             m_lines << QsLogging::withoutColours(message).remove(timeOrEnd);
         }
         bool isValid() override { return true; }
-        QStringList lines()
+        QStringList take(bool clears)
         {
             const std::lock_guard lock(m_mutex);
-            return m_lines;
-        }
-        void clear()
-        {
-            const std::lock_guard lock(m_mutex);
-            m_lines.clear();
+            return clears ? std::exchange(m_lines, {}) : m_lines;
         }
 
     private:
         QStringList m_lines;
     };
 
-    QStringList m_loggerNames;
+    QStringList ofLevel(const QString& level) const
+    {
+        return lines().filter(QRegularExpression("^" + level + " "));
+    }
+
+    QList<QsLogging::P_Logger> m_loggers;
     std::shared_ptr<Collector> m_collector = std::make_shared<Collector>();
 };

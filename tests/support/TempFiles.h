@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
-/// A temporary folder of one test, removed with this object. A file that cannot be written fails
-/// the running test.
+/// A temporary folder of one test, removed with this object.
 class TempFiles
 {
 public:
@@ -16,7 +14,8 @@ public:
     /// The path of a name below the folder; an absolute one stays as it is.
     QString path(const QString& name) const { return QDir(root()).absoluteFilePath(name); }
 
-    /// Writes a file, replaces an earlier one, creates its parent folders, and returns its path.
+    /// Writes a file in place of an earlier one, with its parent folders, and returns its path. A
+    /// file that cannot be written fails the running test.
     QString put(const QString& name, const QByteArray& contents = {}) const
     {
         QFile file(path(name));

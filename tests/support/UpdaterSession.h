@@ -6,25 +6,23 @@
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
+#include <QTest>
 
 #include <chrono>
 
 /// The base of the window's tests: virtual units, firmware to ship, and the real document over the
-/// real classes and the real libusb, used as a person uses it. Each test starts in the empty list
-/// with an empty log, and fails when the framework has warned. GUI thread.
+/// real classes and the real libusb, used as a person uses it. Each test starts with an empty list
+/// and log, and fails when the framework warns. GUI thread.
 class UpdaterSession : public QObject
 {
     Q_OBJECT
 
 protected:
-    static constexpr std::chrono::milliseconds quickStatusTimeout{300};
-
-    /// Starts the program, which waits for nothing but status responses, and for these so long.
-    /// An earlier one is ended. It runs from test to test while it shows its list.
-    void start(std::chrono::milliseconds statusTimeout = quickStatusTimeout);
+    /// Starts the program anew, with no waits but for status responses. It runs from test to test
+    /// while it shows its list.
+    void start(std::chrono::milliseconds statusTimeout = std::chrono::milliseconds(300));
     /// The first half of start(): the document is loaded, and nothing has run yet.
-    void load(std::chrono::milliseconds statusTimeout = quickStatusTimeout);
+    void load(std::chrono::milliseconds statusTimeout = std::chrono::milliseconds(300));
     /// Ends the program the way its main function does.
     void end();
 
@@ -33,11 +31,11 @@ protected:
     /// The visible item of that object name; null unless there is exactly one.
     QQuickItem* one(const QString& objectName) const;
     bool shows(const QString& text) const;
-    /// Clicks the middle of the one item of that name; false when it is not there or disabled.
+    /// Clicks the one item of that name; false when it is not there or disabled.
     bool press(const QString& objectName) const;
     /// The text on the progress bar; empty in the list.
     QString barText() const;
-    /// Whether the update has ended, successfully or not.
+    /// Whether an update has ended, successfully or not.
     bool isDone() const;
     /// Starts the one update that is offered and waits for its end: the text on the bar.
     QString update() const;
@@ -55,7 +53,4 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
-
-private:
-    QTimer m_libusbEvents;
 };
