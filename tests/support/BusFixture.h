@@ -30,6 +30,7 @@ public:
     bool awaitGone(quint16 productId);
 
     VirtualUnit::VirtualBus& bus() { return m_bus; }
+    const VirtualUnit::VirtualBus& bus() const { return m_bus; }
 
 private:
     VirtualUnit::VirtualBus m_bus;

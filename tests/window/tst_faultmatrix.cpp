@@ -15,6 +15,7 @@ namespace {
 
 const char* const searching = "Looking for Aquen or Solvar connected via USB";
 const char* const notOffered = "Firmware Up To Date";
+const char* const preparing = "Preparing device to receive update…";
 const char* const restarting = "Restarting device…";
 const char* const success = "Update successful!";
 const char* const dropFailed = "Error while dropping to boot loader.";
@@ -129,66 +130,44 @@ class tst_faultmatrix : public UpdaterSession
     Q_OBJECT
 
 private slots:
-    void unplug_data() { addRows(Action::LeaveBus, &Role::unplugged); }
-    void unplug() { meetFault(Action::LeaveBus); }
-    void stall_data() { addRows(Action::Stall, &Role::unanswered); }
-    void stall() { meetFault(Action::Stall); }
-    void silence_data() { addRows(Action::Silence, &Role::unanswered); }
-    void silence() { meetFault(Action::Silence); }
-    void shortAnswer_data() { addRows(Action::ShortAnswer, &Role::cut); }
-    void shortAnswer() { meetFault(Action::ShortAnswer); }
-    void dfuError_data() { addRows(Action::FailStatus, &Role::failed); }
-    void dfuError() { meetFault(Action::FailStatus); }
-    void busy_data() { addRows(Action::StayBusy, &Role::failed); }
-    void busy() { meetFault(Action::StayBusy); }
+    void unplug() { meetFaults(Action::LeaveBus, &Role::unplugged); }
+    void stall() { meetFaults(Action::Stall, &Role::unanswered); }
+    void silence() { meetFaults(Action::Silence, &Role::unanswered); }
+    void shortAnswer() { meetFaults(Action::ShortAnswer, &Role::cut); }
+    void dfuError() { meetFaults(Action::FailStatus, &Role::failed); }
+    void busy() { meetFaults(Action::StayBusy, &Role::failed); }
     void twoFaults();
 
 private:
-    static void addRows(Action action, const char* Role::*outcome);
-    void meetFault(Action action);
-    void plug(const std::vector<Fault>& faults);
-    QStringList bringToTheEnd();
-    QString needsReplug();
+    void meetFaults(Action action, const char* Role::*outcome);
+    void meetFault(unsigned request, Action action, const QString& shown);
+    QStringList bringToTheEnd(const std::vector<Fault>& faults);
+    QString needsReplug() const;
     bool isUpdated() const;
 
     P_Unit m_unit;
-    int m_descriptors = -1;
+    int m_descriptors = -1; ///< that were open while no unit was there
 };
 
-void tst_faultmatrix::addRows(Action action, const char* Role::*outcome)
+void tst_faultmatrix::meetFaults(Action action, const char* Role::*outcome)
 {
-    QTest::addColumn<unsigned>("request");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("shown");
-    unsigned request = 1;
+    unsigned request = 0;
     for (const Role& role : roles) {
-        if (request == firstOfChunk)
-            request += requestsOfChunk;
-        if (role.*outcome != none)
-            QTest::addRow("%u %s", request, role.request)
-                << request << role.request
-                << (action == Action::StayBusy ? success : role.*outcome);
-        ++request;
+        request += request == firstOfChunk - 1 ? 1 + requestsOfChunk : 1;
+        if (role.*outcome == none)
+            continue;
+        meetFault(request, action, action == Action::StayBusy ? success : role.*outcome);
+        const std::string met = m_unit->trace().at(request - 1).name;
+        if (met != role.request || QTest::currentTestFailed())
+            QFAIL(qPrintable(QStringLiteral("at request %1, %2").arg(request).arg(role.request)));
     }
 }
 
-void tst_faultmatrix::plug(const std::vector<Fault>& faults)
+void tst_faultmatrix::meetFault(unsigned request, Action action, const QString& shown)
 {
-    m_bus.unplugAll();
-    QVERIFY(waitFor([&] { return listed().isEmpty(); }));
-    m_unit = m_bus.plug({Kind::Aquen, Mode::Application, "W-2", "1.2.0"}, faults);
-}
-
-void tst_faultmatrix::meetFault(Action action)
-{
-    QFETCH(unsigned, request);
-    QFETCH(QString, name);
-    QFETCH(QString, shown);
-    plug(faultAt(request, action));
-    const QStringList all = bringToTheEnd();
-    QVERIFY2(isUpdated() && all.value(0) == shown, qPrintable(all.join('|')));
-    QCOMPARE(QString::fromStdString(m_unit->trace().at(request - 1).name), name);
-    QCOMPARE(unsafeRequest(m_unit->trace(), m_aquenImage), QString());
+    m_log->clear();
+    const QStringList all = bringToTheEnd(faultAt(request, action));
+    QCOMPARE(all.value(0), shown);
     // The way on from there. A unit that has all of the image may start it by itself.
     const bool isGone = action == Action::LeaveBus;
     QStringList expected = {shown};
@@ -196,14 +175,17 @@ void tst_faultmatrix::meetFault(Action action)
         expected << searching;
     if (shown != success)
         expected << success;
-    if (request < manifest && (request < lastOfChunk || !isGone))
+    // The two bad states are reported twice.
+    const int errors = shown == dataBad || shown == sectorBad ? 2 : shown.startsWith("Failed");
+    if (request < manifest && (request < lastOfChunk || !isGone)) {
         QCOMPARE(all, expected);
-
+        QCOMPARE(m_log->messages().filter("Firmware download error").size(), errors);
+    }
     m_bus.unplugAll();
     QVERIFY(waitFor([&] { return listed().isEmpty(); }));
     // The handle of a unit that leaves while it is set up is left open: libusb would abort.
-    if (m_descriptors >= 0 && !(isGone && shown == startFailed))
-        QVERIFY(waitFor([&] { return openDescriptors() <= m_descriptors; }));
+    const bool mayLeak = m_descriptors < 0 || (isGone && shown == startFailed);
+    QVERIFY(mayLeak || waitFor([&] { return openDescriptors() <= m_descriptors; }));
     m_descriptors = openDescriptors();
 }
 
@@ -211,27 +193,27 @@ void tst_faultmatrix::twoFaults()
 {
     const Action actions[] = {Action::LeaveBus,    Action::Stall,      Action::Silence,
                               Action::ShortAnswer, Action::FailStatus, Action::StayBusy};
-    for (unsigned seed = 1; seed <= 40; ++seed) {
+    for (unsigned seed = 1; seed <= 40 && !QTest::currentTestFailed(); ++seed) {
         std::mt19937 random(seed);
         std::vector<Fault> faults = faultAt(1 + unsigned(random() % 37), actions[random() % 6]);
         for (const Fault& fault : faultAt(1 + unsigned(random() % 45), actions[random() % 6]))
             faults.push_back(fault);
-        plug(faults);
-        const QStringList all = bringToTheEnd();
-        QVERIFY2(isUpdated(), qPrintable(QString::number(seed) + ": " + all.join('|')));
-        QCOMPARE(unsafeRequest(m_unit->trace(), m_aquenImage), QString());
+        bringToTheEnd(faults);
     }
 }
 
-// Does what a person would do until the unit has its firmware: presses what can be pressed, and
-// plugs the unit in again where nothing else helps. What was shown each time.
-QStringList tst_faultmatrix::bringToTheEnd()
+// One unit's update. Does what a person would do until the unit has its firmware: presses what can
+// be pressed, and plugs the unit in again where nothing else helps. What was shown each time.
+QStringList tst_faultmatrix::bringToTheEnd(const std::vector<Fault>& faults)
 {
+    m_bus.unplugAll();
+    waitFor([&] { return listed().isEmpty(); });
+    m_unit = m_bus.plug({Kind::Aquen, Mode::Application, "W-2", "1.2.0"}, faults);
     QStringList shown;
     waitFor([&] {
-        const QString stuck = needsReplug();
-        if (!stuck.isEmpty()) {
-            shown << stuck;
+        const bool isApplication = m_unit->mode() == Mode::Application;
+        if (!needsReplug().isEmpty()) {
+            shown << needsReplug();
             m_bus.bus().unplug(m_unit);
             waitFor([&] { return listed().isEmpty(); });
             m_unit->clearFaults();
@@ -241,12 +223,16 @@ QStringList tst_faultmatrix::bringToTheEnd()
             shown << barText();
             waitFor([&] { return press("doneButton") && one("quitButton") != nullptr; });
         } else if (m_bus.bus().isPlugged(m_unit) &&
-                   shows(m_unit->mode() == Mode::Application ? "Update Firmware"
-                                                             : "Resume Update")) {
+                   shows(isApplication ? "Update Firmware" : "Resume Update")) {
             press("updateButton");
         }
-        return isUpdated();
+        return isUpdated() || shown.size() > 9;
     });
+    if (!isUpdated())
+        QTest::qFail(qPrintable("no end: " + shown.join(", ")), __FILE__, __LINE__);
+    const QString unsafe = unsafeRequest(m_unit->trace(), m_aquenImage);
+    if (!unsafe.isEmpty())
+        QTest::qFail(qPrintable("unsafe: " + unsafe), __FILE__, __LINE__);
     return shown;
 }
 
@@ -257,14 +243,16 @@ bool tst_faultmatrix::isUpdated() const
 }
 
 // What is shown while only the cable helps; empty as long as anything else may happen.
-QString tst_faultmatrix::needsReplug()
+QString tst_faultmatrix::needsReplug() const
 {
     if (!m_bus.bus().waitUntilSettled(milliseconds(0)))
         return QString();
-    if (!m_bus.bus().isPlugged(m_unit))
+    const bool isAway = !m_bus.bus().isPlugged(m_unit);
+    if ((isAway || m_unit->dfuState() == Dfu::State::Error) &&
+        (barText() == restarting || barText() == preparing))
+        return barText();
+    if (isAway)
         return shows(searching) ? searching : QString();
-    if (m_unit->dfuState() == Dfu::State::Error && barText() == restarting)
-        return restarting;
     return one("upToDateText") != nullptr && !isUpdated() ? notOffered : QString();
 }
 

@@ -57,8 +57,9 @@ QString tst_languages::misfit() const
         bool fits = !text->property("truncated").toBool();
         for (const QQuickItem* around = text->parentItem(); around; around = around->parentItem()) {
             const QRectF room = around->mapRectToScene(around->boundingRect());
+            const QQuickItem* next = around->parentItem();
             // What a list scrolls is as wide as it likes; the list itself comes next.
-            if (room.isEmpty() || around->parentItem()->inherits("QQuickFlickable"))
+            if (room.isEmpty() || (next != nullptr && next->inherits("QQuickFlickable")))
                 continue;
             fits = fits && painted.left() > room.left() - 1 && painted.right() < room.right() + 1;
             seen = around->clip() ? seen & room : seen;
@@ -89,6 +90,7 @@ void tst_languages::screens()
     QVERIFY(waitFor([&] { return visible("updateButton").size() == 2; }));
     QTRY_COMPARE(misfit(), QString());
     m_bus.unplugAll();
+    QVERIFY(waitFor([&] { return listed().isEmpty(); }));
     m_bus.plugBootloader()->addFault(Fault::on("erase", Fault::Action::Stall));
     const char* const job = "AquenSolvar::Device::DFUDownloadJob";
     QCOMPARE(update(), words(job, "Failed to erase flash."));
