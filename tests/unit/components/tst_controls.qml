@@ -9,85 +9,48 @@ Item {
     width: 560
     height: 300
 
-    DeviceInfoContents {
-        id: card
-
-        width: page.width
-    }
-    ProgressBar {
-        id: bar
-
-        y: 100
-        width: 400
-        height: 30
-    }
-    Placeholder {
-        id: left
-
-        width: 50
-    }
-    Placeholder {
-        id: right
-
-        width: 70
-    }
+    DeviceInfoContents { id: card; width: page.width }
+    ProgressBar { id: bar; y: 100; width: 400; height: 30 }
+    Placeholder { id: left; width: 50 }
+    Placeholder { id: right; width: 70 }
     Rectangle { id: red }
     Rectangle { id: green }
-    ThreeCircleLoadingIndicator {
-        id: dots
-
-        y: 200
-        speed: 100
-    }
+    ThreeCircleLoadingIndicator { id: dots; y: 200; speed: 100 }
 
     TestCase {
         name: "Controls"
         when: windowShown
 
-        SignalSpy {
-            id: requests
-
-            target: card
-            signalName: "requestUpdate"
-        }
-
-        function unit(type, isDfu, needsUpdate) {
-            return { deviceType: type, isDfu: isDfu, needsUpdate: needsUpdate, serialName: "<b>a</b>" };
-        }
+        SignalSpy { id: requests; target: card; signalName: "requestUpdate" }
 
         function test_card_data() {
             return [
-                { tag: "washing unit", device: unit(0, false, true), icon: "qrc:/icons/aquen",
-                  type: "Aquen", button: "Update Firmware" },
-                { tag: "washing bootloader", device: unit(1, true, true), icon: "qrc:/icons/aquen",
-                  type: "Aquen", button: "Resume Update" },
-                { tag: "curing unit", device: unit(2, false, false), icon: "qrc:/icons/solvar",
-                  type: "Solvar", button: "Update Firmware" },
-                { tag: "curing bootloader", device: unit(3, true, true), icon: "qrc:/icons/solvar",
-                  type: "Solvar", button: "Resume Update" },
-                { tag: "unknown", device: unit(4, false, false), icon: "",
-                  type: "Unknown Device Type", button: "Update Firmware" },
-                { tag: "none", device: null, icon: "",
-                  type: "Unknown Device Type", button: "Update Firmware" }
+                { tag: "washing unit", type: 0, needsUpdate: true, icon: "qrc:/icons/aquen", name: "Aquen" },
+                { tag: "its bootloader", type: 1, needsUpdate: true, icon: "qrc:/icons/aquen", name: "Aquen" },
+                { tag: "curing unit", type: 2, needsUpdate: false, icon: "qrc:/icons/solvar", name: "Solvar" },
+                { tag: "its bootloader", type: 3, needsUpdate: true, icon: "qrc:/icons/solvar", name: "Solvar" },
+                { tag: "unknown", type: 4, needsUpdate: false, icon: "", name: "Unknown Device Type" },
+                { tag: "none", type: -1, needsUpdate: false, icon: "", name: "Unknown Device Type" }
             ];
         }
 
         function test_card(row) {
-            card.device = row.device;
-            var needsUpdate = !!row.device && row.device.needsUpdate;
+            var isDfu = row.type === 1 || row.type === 3;
+            var serialName = row.type < 0 ? "" : "<b>a</b>";
+            card.device = row.type < 0 ? null : { deviceType: row.type, isDfu: isDfu, serialName: serialName,
+                                                  needsUpdate: row.needsUpdate };
             var image = findChild(card, "deviceImage");
             var name = findChild(card, "serialNameText");
             var button = findChild(card, "updateButton");
             compare([String(image.source), image.status], [row.icon, row.icon ? Image.Ready : Image.Null]);
-            compare(findChild(card, "deviceTypeText").text, row.type);
-            compare([name.text, name.textFormat], [row.device ? "<b>a</b>" : "", Text.PlainText]);
-            compare(findChild(card, "upToDateText").visible, !!row.device && !needsUpdate);
-            compare([button.text, button.enabled], [row.button, needsUpdate]);
+            compare(findChild(card, "deviceTypeText").text, row.name);
+            compare([name.text, name.textFormat], [serialName, Text.PlainText]);
+            compare(findChild(card, "upToDateText").visible, row.type >= 0 && !row.needsUpdate);
+            compare([button.text, button.enabled], [isDfu ? "Resume Update" : "Update Firmware", row.needsUpdate]);
             requests.clear();
             mouseClick(button);
-            compare(requests.count, needsUpdate ? 1 : 0);
-            if (needsUpdate)
-                compare(requests.signalArguments[0][0].deviceType, row.device.deviceType);
+            compare(requests.count, row.needsUpdate ? 1 : 0);
+            compare(requests.count && requests.signalArguments[0][0].deviceType, requests.count && row.type);
         }
 
         function test_long_name_leaves_room_for_the_button() {
