@@ -132,7 +132,7 @@ bool UpdaterSession::shows(const QString& text) const
 {
     const QList<QQuickItem*> items = visible();
     return std::any_of(items.begin(), items.end(),
-                       [&text](const QQuickItem* item) { return item->property("text") == text; });
+                       [&text](const QQuickItem* item) { return textOf(item) == text; });
 }
 
 bool UpdaterSession::press(const QString& objectName) const
@@ -140,21 +140,9 @@ bool UpdaterSession::press(const QString& objectName) const
     const QQuickItem* item = one(objectName);
     if (item == nullptr || !item->isEnabled())
         return false;
-    const QPointF centre = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    const QPointF centre = item->mapRectToScene(item->boundingRect()).center();
     QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
     return true;
-}
-
-QString UpdaterSession::barText() const
-{
-    const QQuickItem* text = one("progressBarText");
-    return text != nullptr ? text->property("text").toString() : QString();
-}
-
-bool UpdaterSession::isDone() const
-{
-    const QQuickItem* button = one("doneButton");
-    return button != nullptr && button->isEnabled();
 }
 
 QString UpdaterSession::update() const

@@ -8,8 +8,6 @@
 #include <QQuickWindow>
 #include <QTest>
 
-#include <chrono>
-
 /// The base of the window's tests: virtual units, firmware to ship, and the real document over the
 /// real classes and the real libusb, used as a person uses it. Each test starts with an empty list
 /// and log, and fails when the framework warns. GUI thread.
@@ -20,9 +18,9 @@ class UpdaterSession : public QObject
 protected:
     /// Starts the program anew, with no waits but for status responses. It runs from test to test
     /// while it shows its list.
-    void start(std::chrono::milliseconds statusTimeout = std::chrono::milliseconds(300));
+    void start(VirtualUnit::milliseconds statusTimeout = VirtualUnit::milliseconds(300));
     /// The first half of start(): the document is loaded, and nothing has run yet.
-    void load(std::chrono::milliseconds statusTimeout = std::chrono::milliseconds(300));
+    void load(VirtualUnit::milliseconds statusTimeout);
     /// Ends the program the way its main function does.
     void end();
 
@@ -34,13 +32,17 @@ protected:
     /// Clicks the one item of that name; false when it is not there or disabled.
     bool press(const QString& objectName) const;
     /// The text on the progress bar; empty in the list.
-    QString barText() const;
+    QString barText() const { return textOf(one("progressBarText")); }
     /// Whether an update has ended, successfully or not.
-    bool isDone() const;
+    bool isDone() const { return one("doneButton") && one("doneButton")->isEnabled(); }
     /// Starts the one update that is offered and waits for its end: the text on the bar.
     QString update() const;
     /// Serial names of the units that the program knows.
     QStringList listed() const;
+    static QString textOf(const QObject* item)
+    {
+        return item ? item->property("text").toString() : "";
+    }
 
     BusFixture m_bus;
     std::unique_ptr<LogCapture> m_log;

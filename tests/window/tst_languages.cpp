@@ -1,5 +1,5 @@
-// Every screen in every language: which one is chosen, that it is complete, that no text is cut or
-// overlaps another, and that the log stays English.
+// Every screen in every language: which one is chosen, that no text is cut or overlaps another, and
+// that the log stays English. That none is missing is checked with the sources.
 #include "shell/Translation.h"
 #include "support/UpdaterSession.h"
 
@@ -47,7 +47,7 @@ QString tst_languages::misfit() const
 {
     QList<QRectF> taken;
     for (const QQuickItem* text : visible()) {
-        QString words = text->property("text").toString();
+        QString words = textOf(text);
         if (!text->inherits("QQuickText") || words.isEmpty())
             continue;
         const QSizeF size(text->property("contentWidth").toReal(),
@@ -104,10 +104,7 @@ void tst_languages::screens()
             context = xml.readElementText();
         if (xml.name() != "source" || !xml.isStartElement())
             continue;
-        const QString source = xml.readElementText();
-        QString text = words(qPrintable(context), qPrintable(source));
-        QVERIFY2(text != source || source.contains('%') || source.contains('/'),
-                 qPrintable(source));
+        QString text = words(qPrintable(context), qPrintable(xml.readElementText()));
         if (context != "FirmwareUpdateState" && context != job)
             continue;
         text.replace("%1", "control write error: LIBUSB_ERROR_NO_DEVICE");

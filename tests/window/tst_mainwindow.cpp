@@ -43,7 +43,7 @@ void tst_mainwindow::list()
     const auto cards = [this] {
         QString texts;
         for (const QQuickItem* item : visible("serialNameText") + visible("updateButton"))
-            texts += item->property("text").toString() + (item->isEnabled() ? ", " : " (off), ");
+            texts += textOf(item) + (item->isEnabled() ? ", " : " (off), ");
         return texts;
     };
     QTRY_COMPARE_WITH_TIMEOUT(cards(),
@@ -151,7 +151,7 @@ void tst_mainwindow::keyboard()
 void tst_mainwindow::initialisationFails()
 {
     // The state machine starts with the event loop: by then the enumerator has been opened.
-    load();
+    load(milliseconds(300));
     QVERIFY(m_window->findChild<USB::LibusbDeviceEnumerator*>()->init(m_window));
     QVERIFY(waitFor([&] { return m_log->contains("ERROR", "Error during initializing..."); }));
     QVERIFY(!m_log->contains("INFO", "Running..."));
