@@ -4,8 +4,6 @@
 
 #include <QThread>
 
-#include <algorithm>
-
 using namespace VirtualUnit;
 
 BusFixture::BusFixture()
@@ -13,59 +11,47 @@ BusFixture::BusFixture()
     USB::LibUSB::instance().init();
 }
 
-P_Unit BusFixture::plug(const UnitSetup& setup)
+P_Unit BusFixture::plug(const UnitSetup& setup, const std::vector<Fault>& faults)
 {
-    const auto unit = std::make_shared<Unit>(setup);
+    m_units.push_back(std::make_shared<Unit>(setup));
+    const P_Unit unit = m_units.back();
     unit->adjust([](Overrides& overrides) {
-        overrides.eraseTime = milliseconds(0);
-        overrides.programTime = milliseconds(0);
+        overrides.eraseTime = overrides.programTime = milliseconds(0);
         overrides.leaveDelay = milliseconds(10);
-        overrides.returnDelay = milliseconds(200);
+        overrides.returnDelay = milliseconds(120); // clients miss an absence below 100 ms
     });
-    m_units.push_back(unit);
+    for (const Fault& fault : faults)
+        unit->addFault(fault);
     m_bus.plug(unit);
     return unit;
 }
 
 P_Unit BusFixture::plugBootloader(Kind kind)
 {
-    UnitSetup setup;
-    setup.kind = kind;
-    setup.mode = Mode::Bootloader;
-    return plug(setup);
+    return plug({kind, Mode::Bootloader, "Virtual unit", {}});
 }
 
 P_Unit BusFixture::plugApplication(const std::string& serial, const std::string& firmware,
                                    Kind kind)
 {
-    UnitSetup setup;
-    setup.kind = kind;
-    setup.serialName = serial;
-    setup.firmware = firmware;
-    return plug(setup);
-}
-
-void BusFixture::unplug(const P_Unit& unit)
-{
-    m_bus.unplug(unit);
-    m_units.erase(std::remove(m_units.begin(), m_units.end(), unit), m_units.end());
+    return plug({kind, Mode::Application, serial, firmware});
 }
 
 void BusFixture::unplugAll()
 {
-    while (!m_units.empty())
-        unplug(m_units.back());
+    for (const P_Unit& unit : m_units)
+        m_bus.unplug(unit);
+    m_units.clear();
 }
 
 USB::P_LibUsbDevice BusFixture::awaitRecord(quint16 productId)
 {
-    USB::P_LibUsbDevice record;
+    QList<USB::P_LibUsbDevice> found;
     waitFor([&] {
-        const auto found = USB::LibUSB::instance().find(0x16D0, productId);
-        record = found.size() == 1 ? found.first() : USB::P_LibUsbDevice();
-        return !record.isNull();
+        found = USB::LibUSB::instance().find(0x16D0, productId);
+        return found.size() == 1;
     });
-    return record;
+    return found.value(0);
 }
 
 bool BusFixture::awaitGone(quint16 productId)
@@ -90,9 +76,4 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds)
 QByteArray toByteArray(const Bytes& bytes)
 {
     return QByteArray(reinterpret_cast<const char*>(bytes.data()), int(bytes.size()));
-}
-
-Bytes toBytes(const QByteArray& bytes)
-{
-    return Bytes(bytes.begin(), bytes.end());
 }

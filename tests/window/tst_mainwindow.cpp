@@ -1,193 +1,164 @@
-// The real user interface, the real classes and the real libusb, with virtual units on the bus:
-// what a person sees and presses.
-#include "MainWindowFixture.h"
+// What a person sees and presses in the window.
 #include "USB/LibusbDeviceEnumerator.h"
+#include "support/UpdaterSession.h"
 
 #include <QAccessible>
 #include <QQuickItemGrabResult>
 #include <QRegularExpression>
-#include <QTest>
+#include <QSignalSpy>
 
 using namespace VirtualUnit;
 
-class tst_mainwindow : public MainWindowFixture
+class tst_mainwindow : public UpdaterSession
 {
     Q_OBJECT
 
 private slots:
-    void searchingUntilAUnitComes();
-    void updateByPointer();
-    void keyboardReachesEverything();
-    void updateByKeyboard();
-    void bootloaderIsResumed();
+    void list();
+    void successfulUpdate();
+    void failedUpdate();
+    void keyboard();
     void initialisationFails();
 
 private:
-    QStringList unexpectedLines() const;
-    QImage picture() const;
+    QString logged(const QString& pattern) const
+    {
+        return m_log->messages().filter(QRegularExpression(pattern)).join(", ");
+    }
+
+    const QString m_searching = "Looking for Aquen or Solvar connected via USB";
+    // A notice during a listing is dropped and logged, which is no fault.
+    const QString m_problems = "^(WARN|ERROR) (?!already enumerating, ignoring$)";
 };
 
-// Warnings and errors in the log. A notice during a listing is dropped, which is told and is no
-// fault.
-QStringList tst_mainwindow::unexpectedLines() const
-{
-    return m_log->messages().filter(
-        QRegularExpression("^(WARN|ERROR|FATAL) (?!already enumerating, ignoring$)"));
-}
-
-// What is drawn: the platform without a screen keeps no picture of a window.
-QImage tst_mainwindow::picture() const
-{
-    const QSharedPointer<QQuickItemGrabResult> grab = m_window->contentItem()->grabToImage();
-    bool isReady = false;
-    connect(grab.data(), &QQuickItemGrabResult::ready, this, [&isReady] { isReady = true; });
-    return waitFor([&isReady] { return isReady; }) ? grab->image() : QImage();
-}
-
-void tst_mainwindow::searchingUntilAUnitComes()
+void tst_mainwindow::list()
 {
     QCOMPARE(m_window->title(), QStringLiteral("Aquen/Solvar Updater"));
-    QCOMPARE(m_window->size(), QSize(600, 400));
-    QVERIFY(m_window->minimumSize() == m_window->size());
-    QVERIFY(m_window->maximumSize() == m_window->size());
-    const QString searching = "Looking for Aquen or Solvar connected via USB";
-    QVERIFY(shows(searching));
-    m_bus->plugApplication("W-2", "1.2.0");
-    m_bus->plugApplication("C-1", "1.3.1", Kind::Solvar);
-    QVERIFY(waitFor([&] { return visible("updateButton").size() == 2; }, 10000));
-    QVERIFY(!shows(searching));
-    for (const char* text : {"Devices", "W-2", "C-1", "Connected", "Aquen", "Solvar",
-                             "Firmware Up To Date", "Update Firmware", "Quit"})
-        QVERIFY2(shows(text), text);
-    // Ordered by name: the curing unit first, which needs nothing.
-    QVERIFY(waitFor([&] {
-        const QList<QQuickItem*> buttons = visible("updateButton");
-        return buttons.size() == 2 && !buttons.at(0)->isEnabled() && buttons.at(1)->isEnabled();
-    }));
-    m_bus->unplugAll();
-    QVERIFY(waitFor([&] { return shows(searching); }, 10000));
-    QCOMPARE(unexpectedLines(), QStringList());
+    for (const QSize size : {m_window->size(), m_window->minimumSize(), m_window->maximumSize()})
+        QCOMPARE(size, QSize(600, 400));
+    QVERIFY(shows(m_searching) && one("loadingIndicator") != nullptr);
+    m_bus.plugApplication("W-2", "1.2.0");
+    m_bus.plugApplication("C-1", "1.3.1", Kind::Solvar);
+    m_bus.plugBootloader(Kind::Solvar);
+    const auto cards = [this] {
+        QString texts;
+        for (const QQuickItem* item : visible("serialNameText") + visible("updateButton"))
+            texts += textOf(item) + (item->isEnabled() ? ", " : " (off), ");
+        return texts;
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(cards(),
+                              QString("Solvar (Update), C-1, W-2, Resume Update, "
+                                      "Update Firmware (off), Update Firmware, "),
+                              30000);
+    QVERIFY(shows("Devices") && shows("DFU Devices") && !shows(m_searching));
+    QVERIFY(m_log->contains("INFO", "List of devices have changed: 3"));
+    m_bus.unplugAll();
+    QVERIFY(waitFor([&] { return shows(m_searching); }));
+    QCOMPARE(logged(m_problems), QString());
 }
 
-void tst_mainwindow::updateByPointer()
+void tst_mainwindow::successfulUpdate()
 {
-    const P_Unit unit = m_bus->plugApplication("W-2", "1.2.0");
-    QVERIFY(waitFor([&] { return one("updateButton") != nullptr; }, 10000));
-    QVERIFY(press(one("updateButton")));
-    QVERIFY(waitFor([&] { return one("doneButton") != nullptr; }));
+    const P_Unit unit = m_bus.plugApplication("W-2", "1.2.0");
+    QSignalSpy texts(m_window->findChild<QObject*>("progressBarText"),
+                     SIGNAL(textChanged(QString)));
+    QVERIFY(waitFor([&] { return press("updateButton"); }));
     QVERIFY(waitFor([&] { return m_window->height() == 125; }));
-    QVERIFY(!one("doneButton")->isEnabled());
-    QVERIFY(waitFor([&] { return m_log->contains("INFO", "TaskState"); }, 10000));
+    QVERIFY(one("doneButton") != nullptr && !isDone());
+    QVERIFY(waitFor([&] { return m_log->contains("INFO", "TaskState"); }));
     m_engine->collectGarbage(); // the task is the script engine's, and in use
-    QVERIFY(waitFor([&] { return barText() == "Update successful!"; }, 20000));
-    QVERIFY(one("doneButton")->isEnabled());
-    QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
-    QCOMPARE(toByteArray(unit->applicationContent()), m_image);
-    QVERIFY(press(one("doneButton")));
-    QVERIFY(waitFor([&] { return shows("Firmware Up To Date"); }, 10000));
-    QCOMPARE(m_window->height(), 400);
-    QVERIFY(!one("updateButton")->isEnabled());
-
-    QStringList states = m_log->messages().filter(
-        QRegularExpression("^INFO (DefaultState|FirmwareUpdateState|UpdatingState|"
-                           "DropToBootloaderState|TaskState|RestartingDeviceState|"
-                           "UpdateFinishedState|FirmwareUpdateFinalState)$"));
-    states.replaceInStrings("INFO ", "");
-    QCOMPARE(states, QStringList({"DefaultState", "FirmwareUpdateState", "UpdatingState",
-                                  "DropToBootloaderState", "TaskState", "RestartingDeviceState",
-                                  "UpdateFinishedState", "FirmwareUpdateState",
-                                  "FirmwareUpdateFinalState", "DefaultState"}));
-    QVERIFY(m_log->contains("INFO", "Progress: 0.819"));
-    QCOMPARE(unexpectedLines(), QStringList());
-}
-
-// Every control, and no other, has the keyboard in turn, and is seen to have it.
-void tst_mainwindow::keyboardReachesEverything()
-{
-    m_bus->plugApplication("W-1", "1.2.0");
-    m_bus->plugApplication("W-2", "1.2.0");
-    m_bus->plugApplication("W-3", "1.3.1");
-    QVERIFY(waitFor([&] { return visible("updateButton").size() == 3; }, 10000));
-    const auto focused = [&] {
-        const auto* item = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
-        return (item->text(QAccessible::Name) + " " + item->text(QAccessible::Description))
-            .trimmed();
-    };
-    const QString card = "W-1 Aquen, Connected, Update needed";
-    const QList<QPair<Qt::Key, QString>> steps = {
-        {Qt::Key_Tab, card},
-        {Qt::Key_Tab, "Update Firmware W-1"},
-        {Qt::Key_Tab, "Update Firmware W-2"},
-        {Qt::Key_Tab, "Quit"},
-        {Qt::Key_Tab, card},
-        {Qt::Key_Down, "W-2 Aquen, Connected, Update needed"},
-        {Qt::Key_Down, "W-3 Aquen, Connected, Firmware Up To Date"},
-        {Qt::Key_Down, "W-3 Aquen, Connected, Firmware Up To Date"},
-        {Qt::Key_Backtab, "Quit"},
-        {Qt::Key_Tab, "W-3 Aquen, Connected, Firmware Up To Date"},
-    };
-    QRect place;
-    QImage before;
-    for (const auto& [key, expected] : steps) {
-        const QString from = before.isNull() ? QString() : focused();
-        QTest::keyClick(m_window, key);
-        QCOMPARE(focused(), expected);
-        const QImage now = picture();
-        QVERIFY(!now.isNull());
-        if (!before.isNull() && from != expected)
-            QVERIFY2(before.copy(place) != now.copy(place), qPrintable(from));
-        before = now;
-        const QQuickItem* item = m_window->activeFocusItem();
-        place = item->mapRectToScene(item->boundingRect()).toAlignedRect().adjusted(-3, -3, 3, 3);
-    }
-}
-
-void tst_mainwindow::updateByKeyboard()
-{
-    m_bus->plugApplication("W-2", "1.2.0");
-    QVERIFY(waitFor([&] { return one("updateButton") != nullptr; }, 10000));
-    const auto tabTo = [&](const QString& name) {
-        for (int i = 0; i < 10 && !one(name)->hasActiveFocus(); ++i)
-            QTest::keyClick(m_window, Qt::Key_Tab);
-        return one(name)->hasActiveFocus();
-    };
-    QVERIFY(tabTo("updateButton"));
-    QTest::keyClick(m_window, Qt::Key_Return);
-    QVERIFY(waitFor([&] { return isDone(); }, 20000));
+    QVERIFY(waitFor([&] { return isDone(); }));
     QVERIFY(one("doneButton")->hasActiveFocus());
-    QTest::keyClick(m_window, Qt::Key_Enter);
-    QVERIFY(waitFor([&] { return one("quitButton") != nullptr; }, 10000));
-    QVERIFY(tabTo("quitButton"));
-    QTest::keyClick(m_window, Qt::Key_Return);
-    QVERIFY(waitFor([&] { return !m_window->isVisible(); }));
+    QCOMPARE(toByteArray(unit->applicationContent()), m_aquenImage);
+    QVERIFY(press("doneButton"));
+    QVERIFY(waitFor([&] { return one("upToDateText") != nullptr; }));
+    QCOMPARE(m_window->height(), 400);
+    QVERIFY(!press("updateButton"));
+
+    QStringList shown;
+    for (const QList<QVariant>& text : texts)
+        shown << text.first().toString();
+    QCOMPARE(shown.join(' '),
+             QString("Preparing to update firmware… Preparing device to receive update… "
+                     "Updating firmware, please leave device connected… "
+                     "Restarting device… Update successful!"));
+    QString steps = logged("^INFO (\\w+State|Selected.*|Updating device with.*|Progress: 0.*)$");
+    QCOMPARE(steps.remove("INFO "),
+             QString("Selected device serial: W-2, FirmwareUpdateState, UpdatingState, "
+                     "Updating device with serial: W-2, DropToBootloaderState, TaskState, "
+                     "Progress: 0.6826666593551636, RestartingDeviceState, UpdateFinishedState, "
+                     "Progress: 0, FirmwareUpdateState, FirmwareUpdateFinalState, DefaultState"));
+    QCOMPARE(logged(m_problems), QString());
 }
 
-void tst_mainwindow::bootloaderIsResumed()
+void tst_mainwindow::failedUpdate()
 {
-    const P_Unit unit = m_bus->plugBootloader(Kind::Solvar);
-    QVERIFY(waitFor([&] { return shows("Resume Update"); }, 10000));
-    QVERIFY(shows("DFU Devices") && shows("Solvar (Update)"));
-    QVERIFY(press(one("updateButton")));
-    QVERIFY(waitFor([&] { return shows("Update successful!"); }, 20000));
-    QCOMPARE(toByteArray(unit->applicationContent()), m_image);
+    const P_Unit unit = m_bus.plugBootloader(Kind::Solvar);
+    unit->addFault(Fault::on("erase", Fault::Action::Stall, 0, 2));
+    QCOMPARE(update(), QStringLiteral("Failed to erase flash."));
+    QVERIFY(one("doneButton")->hasActiveFocus());
+    QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
     QVERIFY(m_log->contains("INFO", "Device already in Dfu, skipping DropToBootloaderState."));
+    QVERIFY(m_log->contains("ERROR", "ErrorDuringUpdateState: Error during updating."));
+    QVERIFY(press("doneButton"));
+    QCOMPARE(update(), QStringLiteral("Update successful!"));
+    QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
+    QCOMPARE(toByteArray(unit->applicationContent()), m_solvarImage);
+}
+
+// Every control, and no other, gets the focus in turn, shows it, and is operated.
+void tst_mainwindow::keyboard()
+{
+    m_bus.plugApplication("W-1", "1.3.1");
+    m_bus.plugApplication("W-2", "1.2.0");
+    QVERIFY(waitFor([&] { return visible("updateButton").size() == 2; }));
+    const QString first = "W-1 Aquen, Connected, Firmware Up To Date";
+    const QString second = "W-2 Aquen, Connected, Update needed";
+    const QString button = "Update Firmware W-2";
+    const QList<QPair<Qt::Key, QString>> steps = {
+        {Qt::Key_Tab, first},       {Qt::Key_Tab, button},  {Qt::Key_Tab, "Quit "},
+        {Qt::Key_Tab, first},       {Qt::Key_Down, second}, {Qt::Key_Down, second},
+        {Qt::Key_Backtab, "Quit "}, {Qt::Key_Tab, second},  {Qt::Key_Tab, button},
+    };
+    QString before;
+    QRect place;
+    QImage picture;
+    for (const auto& [key, expected] : steps) {
+        QTest::keyClick(m_window, key);
+        const auto* item = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
+        QCOMPARE(item->text(QAccessible::Name) + " " + item->text(QAccessible::Description),
+                 expected);
+        // The platform without a screen keeps no picture of a window.
+        const auto grab = m_window->contentItem()->grabToImage();
+        QVERIFY(QSignalSpy(grab.data(), &QQuickItemGrabResult::ready).wait());
+        QVERIFY2(expected == before || picture.copy(place) != grab->image().copy(place),
+                 qPrintable(before));
+        before = expected;
+        picture = grab->image();
+        place = item->rect().translated(-m_window->position()).adjusted(-3, -3, 3, 3);
+    }
+    QTest::keyClick(m_window, Qt::Key_Return);
+    QVERIFY(waitFor([&] { return isDone(); }));
+    QTest::keyClick(m_window, Qt::Key_Enter);
+    QVERIFY(waitFor([&] { return one("quitButton") != nullptr; }));
+    while (!one("quitButton")->hasActiveFocus())
+        QTest::keyClick(m_window, Qt::Key_Tab);
+    QTest::keyClick(m_window, Qt::Key_Space);
+    QVERIFY(waitFor([&] { return !m_window->isVisible(); }));
+    end();
 }
 
 void tst_mainwindow::initialisationFails()
 {
-    // The state machine starts with the event loop: an enumerator that somebody has opened before
-    // it refuses to be opened again.
-    loadWindow();
+    // The state machine starts with the event loop: by then the enumerator has been opened.
+    load(milliseconds(300));
     QVERIFY(m_window->findChild<USB::LibusbDeviceEnumerator*>()->init(m_window));
-    m_log->clear();
-    QVERIFY(
-        waitFor([&] { return m_log->contains("ERROR", "Error during initializing..."); }, 10000));
-    QVERIFY(m_log->contains("WARN", "Was called twice"));
+    QVERIFY(waitFor([&] { return m_log->contains("ERROR", "Error during initializing..."); }));
     QVERIFY(!m_log->contains("INFO", "Running..."));
-    QVERIFY(shows("Looking for Aquen or Solvar connected via USB"));
-    QVERIFY(one("loadingIndicator") == nullptr);
-    QVERIFY(press(one("quitButton")));
+    QVERIFY(shows(m_searching) && one("loadingIndicator") == nullptr);
+    QVERIFY(press("quitButton"));
     QVERIFY(waitFor([&] { return !m_window->isVisible(); }));
+    end();
 }
 
 QTEST_MAIN(tst_mainwindow)

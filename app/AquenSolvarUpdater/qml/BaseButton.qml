@@ -16,7 +16,7 @@ Button {
             clicked();
     }
 
-    // The framework tells assistive programs of no disabled state, so they meet no disabled button.
+    // The framework reports no disabled state to assistive programs: a disabled button is hidden from them.
     Accessible.ignored: !enabled
 
     activeFocusOnPress: true

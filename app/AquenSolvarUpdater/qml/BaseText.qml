@@ -1,7 +1,7 @@
 import QtQuick 2.9
 import "."
 
-// Plain text on purpose: names come from units, and no unit gets to write mark-up.
+// Plain text: names come from units, and a unit must not insert mark-up.
 Text {
     color: Style.mutedColor
     font.pixelSize: Style.regularFontPixelSize

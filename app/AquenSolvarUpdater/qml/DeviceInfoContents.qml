@@ -4,14 +4,14 @@ import QtQuick.Window 2.2
 import AquenSolvar.Device 1.0 as AquenSolvar_Device
 import "."
 
-// The card of one unit. The unit can vanish at any time, which turns `device` to null.
+// The card of one unit. `device` becomes null when the unit is unplugged, which can be at any time.
 RowLayout {
     id: root
 
     property var device
-    // For a list that scrolls to what has the keyboard.
+    // Lets the list scroll to the button that has the focus.
     readonly property bool buttonFocused: updateButton.activeFocus
-    // The card in words, for those who do not see it.
+    // The description of the card for assistive programs.
     readonly property string summary: [typeText.text, _isDfu ? qsTr("In its bootloader") : qsTr("Connected"),
                                        _needsUpdate ? qsTr("Update needed") : qsTr("Firmware Up To Date")].join(", ")
     readonly property bool _isDfu: !!device && device.isDfu
@@ -41,7 +41,7 @@ RowLayout {
         }
         ColumnLayout {
             spacing: 0
-            // A long name gives way to the button.
+            // A long name is elided, so that the button fits.
             Layout.fillWidth: true
             Layout.maximumWidth: implicitWidth
 

@@ -3,14 +3,14 @@ import QtQuick.Controls 1.4
 import AquenSolvar 1.0
 import "."
 
-// The cards of the attached units, or a word that the search goes on.
+// The cards of the attached units, or the searching text while there are none.
 Item {
     id: root
 
     property AquenSolvarListModel devices
     property bool searching: false
-    // Follows the list's count when the layout that changed it is over. Within, a bar that shows up
-    // narrows the list, which is laid out again and changes the count once more.
+    // Follows the list's count, but only after the layout that changed it: a scroll bar that appears
+    // during it narrows the list, which is then laid out again and changes the count once more.
     property bool _empty: true
 
     signal requestUpdate(var device)
@@ -22,7 +22,7 @@ Item {
     ScrollView {
         anchors.fill: parent
         anchors.rightMargin: -Style.tinyGridSize
-        // Or the first picture of an empty window has scroll bars.
+        // Otherwise the first frame of an empty window has scroll bars.
         horizontalScrollBarPolicy: Qt.ScrollBarAlwaysOff
         verticalScrollBarPolicy: root._empty ? Qt.ScrollBarAlwaysOff : Qt.ScrollBarAsNeeded
 
@@ -33,13 +33,13 @@ Item {
             rightMargin: Style.mediumGridSize
             spacing: Style.baseGridSize
             activeFocusOnTab: true
-            // The scroll view switches off what fingers do, and arrow keys along with it.
+            // The scroll view disables flicking and, with it, key navigation.
             keyNavigationEnabled: true
             cacheBuffer: 300
             clip: true
             onCountChanged: Qt.callLater(root._followCount)
-            // So that the keyboard enters the list at its current card again, and not at the button
-            // that it left from, behind which the other cards could not be reached.
+            // The focus returns to the current card, not to the button that had it last: from that
+            // button the other cards cannot be reached.
             onActiveFocusChanged: {
                 if (!activeFocus && currentItem)
                     currentItem.focus = true;
@@ -72,7 +72,7 @@ Item {
                     anchors.fill: parent
                     device: object
                     onRequestUpdate: root.requestUpdate(device)
-                    // Not by currentIndex, which would take the keyboard from the button.
+                    // Not by currentIndex, which would take the focus from the button.
                     onButtonFocusedChanged: {
                         if (buttonFocused)
                             listView.positionViewAtIndex(index, ListView.Contain);

@@ -5,8 +5,8 @@ import AquenSolvar.Tasks 1.0
 import qslog 1.0 as QsLog
 import "."
 
-// One firmware update of one unit, and what the window shows meanwhile. No unit is paired with its
-// bootloader: the first one that the watcher announces is taken.
+// One firmware update of one unit, and the views that the window shows during it. A unit is not paired
+// with its bootloader: the first bootloader that the watcher announces is used.
 State {
     id: root
 
@@ -49,8 +49,8 @@ State {
     signal requestError
     signal requestFinished
 
-    // For a window that closes: ends a running download in good order. The unit stays in its
-    // bootloader, and its update can be resumed.
+    // Stops a running download before the window closes. The unit stays in its bootloader, and its
+    // update can be resumed.
     function stopUpdate() {
         if (_taskState.active)
             _updatingState.task.stopUpdate();

@@ -1,7 +1,7 @@
 import QtQuick 2.9
 import "."
 
-// Shows which control has the keyboard. Drawn around its parent, which stays as it is.
+// Marks the control that has the focus. Drawn around its parent, whose size does not change.
 Rectangle {
     anchors.fill: parent
     anchors.margins: -border.width - Style.baseBorderWidth

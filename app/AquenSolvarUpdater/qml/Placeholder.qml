@@ -1,6 +1,6 @@
 import QtQuick 2.9
 
-// Shows an item that lives elsewhere: takes it in, and lets it go when another one comes.
+// Shows an item that is declared elsewhere: adopts it, and releases it when another one is set.
 Item {
     id: root
 

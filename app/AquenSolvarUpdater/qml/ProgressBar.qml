@@ -7,11 +7,11 @@ Item {
 
     property real percentage: 0 // 0 to 1
     property real animatedPercentage: percentage
-    // Growth is animated; a drop shows at once.
+    // Growth is animated; a drop is shown immediately.
     property real visiblePercentage: Math.min(percentage, animatedPercentage)
     property alias progressBarText: label.text
 
-    // The software renderer draws no opacity mask: there the bar shows itself, and the fill is round.
+    // The software renderer draws no opacity mask: it shows the bar itself, with a rounded fill.
     readonly property bool _masked: GraphicsInfo.api !== GraphicsInfo.Software
 
     Accessible.role: Accessible.ProgressBar

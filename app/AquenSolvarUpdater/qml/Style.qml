@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick 2.9
 
-// Sizes in device-independent pixels, colours, and how a colour changes with its use.
+// Sizes in device-independent pixels, and colours with their variants.
 QtObject {
     readonly property int notificationPixelSize: 10
     readonly property int tinyFontPixelSize: 11
@@ -12,7 +12,7 @@ QtObject {
 
     readonly property real baseGridSize: 10
     readonly property real smallGridSize: baseGridSize / 2
-    // Rounded down on purpose: half pixels blur.
+    // Rounded down: half pixels are blurred.
     readonly property real tinyGridSize: Math.floor(smallGridSize / 2)
     readonly property real mediumGridSize: baseGridSize + baseGridSize
     readonly property real bigGridSize: mediumGridSize + baseGridSize
@@ -40,7 +40,7 @@ QtObject {
     readonly property real pressedLighterFactor: 1.15
     readonly property real pressedDarkerFactor: 1.03
 
-    // The border of a shape filled with that colour.
+    // The border colour of a shape that is filled with @p c.
     function accentColor(c) {
         return Qt.darker(c, accentDarkerFactor);
     }
@@ -49,7 +49,7 @@ QtObject {
         return Qt.colorEqual(c, inverseColor);
     }
 
-    // The fill of a pressed button: lighter, but for the inverse colour, which has nowhere to go.
+    // The fill of a pressed button: lighter; the inverse colour, which cannot be lighter, gets darker.
     function pressedColor(c) {
         return isInverse(c) ? Qt.darker(c, pressedDarkerFactor) : Qt.lighter(c, pressedLighterFactor);
     }

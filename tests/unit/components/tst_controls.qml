@@ -2,215 +2,93 @@ import QtQuick 2.9
 import QtTest 1.2
 import "qrc:/qml"
 
-// The shared components: what in them can go wrong.
+// The card of a unit and the shared components: what in them can go wrong.
 Item {
     id: page
 
-    width: 600
-    height: 400
+    width: 560
+    height: 300
 
-    BaseButton {
-        id: button
-
-        text: "Press"
-    }
-    BaseButton {
-        id: shortButton
-
-        y: 50
-        text: "i"
-    }
-    BaseText {
-        id: label
-
-        text: button.text
-    }
-    ProgressBar {
-        id: bar
-
-        y: 100
-        width: 400
-        height: 30
-    }
-    Placeholder {
-        id: left
-
-        y: 150
-        width: 50
-        height: 40
-    }
-    Placeholder {
-        id: right
-
-        y: 200
-        width: 70
-        height: 60
-    }
-    Rectangle {
-        id: red
-    }
-    Rectangle {
-        id: green
-    }
-    ThreeCircleLoadingIndicator {
-        id: dots
-
-        y: 300
-        speed: 100
-    }
-
-    SignalSpy {
-        id: clicks
-
-        target: button
-        signalName: "clicked"
-    }
-
-    function find(item, name) {
-        if (item.objectName === name)
-            return item;
-        for (var i = 0; i < item.children.length; ++i) {
-            var found = find(item.children[i], name);
-            if (found)
-                return found;
-        }
-        return null;
-    }
+    DeviceInfoContents { id: card; width: page.width }
+    ProgressBar { id: bar; y: 100; width: 400; height: 30 }
+    Placeholder { id: left; width: 50 }
+    Placeholder { id: right; width: 70 }
+    Rectangle { id: red }
+    Rectangle { id: green }
+    ThreeCircleLoadingIndicator { id: dots; y: 200; speed: 100 }
 
     TestCase {
-        name: "Style"
-
-        function test_sizes() {
-            compare([Style.baseGridSize, Style.smallGridSize, Style.tinyGridSize, Style.mediumGridSize,
-                     Style.bigGridSize, Style.largeGridSize, Style.hugeGridSize, Style.enormousGridSize,
-                     Style.heroGridSize], [10, 5, 2, 20, 30, 40, 50, 60, 70]);
-        }
-
-        function test_colours() {
-            verify(Style.isInverse("#ffffff"));
-            verify(!Style.isInverse("#fffffe"));
-            compare(Style.accentColor("#fafafa"), Qt.darker("#fafafa", 1.15));
-            compare(Style.pressedColor("#26a9f2"), Qt.lighter("#26a9f2", 1.15));
-            compare(Style.pressedColor("white"), Qt.darker("white", 1.03));
-        }
-    }
-
-    TestCase {
-        name: "BaseButton"
+        name: "Controls"
         when: windowShown
 
-        function init() {
-            button.enabled = true;
-            button.forceActiveFocus();
-            clicks.clear();
-        }
+        SignalSpy { id: requests; target: card; signalName: "requestUpdate" }
 
-        function test_keys_data() {
+        function test_card_data() {
             return [
-                { tag: "Return", key: Qt.Key_Return, enabled: true, clicks: 1 },
-                { tag: "Enter", key: Qt.Key_Enter, enabled: true, clicks: 1 },
-                { tag: "Space", key: Qt.Key_Space, enabled: true, clicks: 1 },
-                { tag: "Escape", key: Qt.Key_Escape, enabled: true, clicks: 0 },
-                { tag: "Return, disabled", key: Qt.Key_Return, enabled: false, clicks: 0 },
-                { tag: "Enter, disabled", key: Qt.Key_Enter, enabled: false, clicks: 0 }
+                { tag: "washing unit", type: 0, needsUpdate: true, icon: "qrc:/icons/aquen", name: "Aquen" },
+                { tag: "its bootloader", type: 1, needsUpdate: true, icon: "qrc:/icons/aquen", name: "Aquen" },
+                { tag: "curing unit", type: 2, needsUpdate: false, icon: "qrc:/icons/solvar", name: "Solvar" },
+                { tag: "its bootloader", type: 3, needsUpdate: true, icon: "qrc:/icons/solvar", name: "Solvar" },
+                { tag: "unknown", type: 4, needsUpdate: false, icon: "", name: "Unknown Device Type" },
+                { tag: "none", type: -1, needsUpdate: false, icon: "", name: "Unknown Device Type" }
             ];
         }
 
-        function test_keys(row) {
-            button.enabled = row.enabled;
-            keyClick(row.key);
-            compare(clicks.count, row.clicks);
-        }
-
-        function test_press_takes_focus() {
-            shortButton.forceActiveFocus();
+        function test_card(row) {
+            var isDfu = row.type === 1 || row.type === 3;
+            var serialName = row.type < 0 ? "" : "<b>a</b>";
+            card.device = row.type < 0 ? null : { deviceType: row.type, isDfu: isDfu, serialName: serialName,
+                                                  needsUpdate: row.needsUpdate };
+            var image = findChild(card, "deviceImage");
+            var name = findChild(card, "serialNameText");
+            var button = findChild(card, "updateButton");
+            compare([String(image.source), image.status], [row.icon, row.icon ? Image.Ready : Image.Null]);
+            compare(findChild(card, "deviceTypeText").text, row.name);
+            compare([name.text, name.textFormat], [serialName, Text.PlainText]);
+            compare(findChild(card, "upToDateText").visible, row.type >= 0 && !row.needsUpdate);
+            compare([button.text, button.enabled], [isDfu ? "Resume Update" : "Update Firmware", row.needsUpdate]);
+            requests.clear();
             mouseClick(button);
-            verify(button.activeFocus);
-            compare(clicks.count, 1);
+            compare(requests.count, row.needsUpdate ? 1 : 0);
+            compare(requests.count && requests.signalArguments[0][0].deviceType, requests.count && row.type);
         }
 
-        function test_tab() {
-            keyClick(Qt.Key_Tab);
-            verify(shortButton.activeFocus);
+        function test_long_name_leaves_room_for_the_button() {
+            card.device = { serialName: "WWWWWWWWWWWWWWWWWWWWWWWWWWWWWWWW", needsUpdate: true };
+            var button = findChild(card, "updateButton");
+            tryVerify(function() { return button.mapToItem(page, button.width, 0).x <= page.width - 10; });
         }
 
-        function test_size() {
-            compare(button.implicitHeight, label.implicitHeight + 10);
-            compare(button.implicitWidth, Math.max(label.implicitWidth + 20, 3 * button.implicitHeight));
-            compare(shortButton.implicitWidth, 3 * shortButton.implicitHeight);
-            button.text = "A text that is wider than three heights";
-            tryCompare(button, "implicitWidth", label.implicitWidth + 20);
-            button.text = "Press";
-        }
-    }
-
-    TestCase {
-        name: "ProgressBar"
-        when: windowShown
-
-        function init() {
-            bar.percentage = 0;
-            tryCompare(bar, "animatedPercentage", 0);
-        }
-
-        function test_jump_grows() {
-            var start = Date.now();
-            bar.percentage = 1;
-            verify(bar.visiblePercentage < 1, "drawn at once");
-            tryCompare(bar, "visiblePercentage", 1);
-            verify(Date.now() - start >= 90, "too fast: " + (Date.now() - start));
-        }
-
-        function test_drop_shows_at_once() {
+        function test_progress_grows_and_drops_at_once() {
+            var fill = findChild(bar, "progressBarFill");
+            // The software renderer draws no masks; the bar must not vanish with them.
+            compare(fill.visible, GraphicsInfo.api === GraphicsInfo.Software);
             bar.percentage = 0.8;
-            tryCompare(bar, "visiblePercentage", 0.8);
+            verify(bar.visiblePercentage < 0.8);
+            tryCompare(fill, "width", 320);
             bar.percentage = 0.25;
-            compare(bar.visiblePercentage, 0.25);
-            verify(bar.animatedPercentage > 0.25);
-            compare(page.find(bar, "progressBarFill").width, 100);
+            compare(fill.width, 100);
         }
 
-        // The software renderer draws no masks; the bar must not vanish with them.
-        function test_is_drawn() {
-            compare(page.find(bar, "progressBarFill").visible, GraphicsInfo.api === GraphicsInfo.Software);
-        }
-    }
-
-    TestCase {
-        name: "Placeholder"
-        when: windowShown
-
-        function test_swap() {
-            left.contentItem = red;
-            right.contentItem = green;
+        function test_placeholders_swap() {
             for (var round = 0; round < 2; ++round) {
-                left.contentItem = green;
-                right.contentItem = red;
-                compare([red.parent, green.parent], [right, left]);
-                compare([red.width, red.height, green.width], [70, 60, 50]);
                 left.contentItem = red;
                 right.contentItem = green;
-                compare([red.parent, green.parent], [left, right]);
+                compare([red.parent, green.parent, red.width, green.width], [left, right, 50, 70]);
+                left.contentItem = green;
+                right.contentItem = red;
+                compare([red.parent, green.parent, red.width, green.width], [right, left, 70, 50]);
             }
             left.contentItem = null;
-            compare(red.parent, null);
-            compare(left.children.length, 0);
-        }
-    }
-
-    TestCase {
-        name: "ThreeCircleLoadingIndicator"
-        when: windowShown
-
-        function darkest() {
-            var reds = [0, 1, 2].map(function(i) { return dots.children[i].color.r; });
-            return reds.indexOf(Math.min.apply(null, reds));
+            compare(green.parent, null);
         }
 
-        function test_travels() {
-            compare(dots.implicitWidth, 3 * 5 + 2 * 10);
-            [1, 2, 0, 1].forEach(function(circle) {
-                tryVerify(function() { return darkest() === circle; }, 5000);
+        function test_dots_travel() {
+            [0, 1, 2, 0].forEach(function(dark) {
+                tryVerify(function() {
+                    var reds = [0, 1, 2].map(function(i) { return dots.children[i].color.r; });
+                    return reds.indexOf(Math.min.apply(null, reds)) === dark;
+                });
             });
             dots.visible = false;
             var still = String(dots.children[0].color);
