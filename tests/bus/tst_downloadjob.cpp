@@ -71,7 +71,7 @@ QSharedPointer<DfuDevice> tst_downloadjob::open(DfuTimes times)
     QSharedPointer<DfuDevice> device(new DfuDevice(record, times), &QObject::deleteLater);
     device->init();
     device->setAlternateSetting(0);
-    m_unit->fillApplication(0);
+    m_unit->loadImage(Bytes(Flash::End - Flash::ApplicationStart, 0));
     m_unit->clearTrace();
     return device;
 }
@@ -143,7 +143,10 @@ void tst_downloadjob::stops_data()
 void tst_downloadjob::stops()
 {
     QFETCH(int, request);
-    m_unit->adjust([](Overrides& overrides) { overrides.pageSize = 1024; });
+    m_unit->adjust([](Overrides& overrides) {
+        overrides.pageSize = 1024;
+        overrides.layout = "@Internal Flash  /0x08000000/07*002Ka,242*001Kg";
+    });
     QTEST(run(m_image, open(), request), "events");
     QTEST(sent().size(), "sent");
     QCOMPARE(m_unit->firmwareVersion() == "1.3.1", request > 40);

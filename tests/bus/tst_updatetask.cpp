@@ -184,7 +184,7 @@ void tst_updatetask::programEndsWhileFlashing()
     m_unit->addFault(Fault::on("getstatus", Fault::Action::Silence, 0, 3));
     auto task = makeTask();
     QVERIFY(task->uploadFirmware());
-    QVERIFY(waitFor([&] { return m_unit->trace().back().outcome == Answer::Kind::Silence; }));
+    QVERIFY(waitFor([&] { return m_unit->trace().back().outcome == Response::Kind::Silence; }));
     task.reset();
     const LogCapture log({"DFUDownloadJob"});
     Device::DetachedJob::endAll(); // cancels the status read, whose time-out is 100 s

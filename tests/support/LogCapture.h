@@ -1,6 +1,5 @@
 #pragma once
 
-#include "qslog/AnsiColours.h"
 #include "qslog/Destination.h"
 #include "qslog/LoggerRegistry.h"
 

@@ -86,8 +86,7 @@ void UpdaterSession::load(milliseconds statusTimeout)
     m_window->findChild<USB::LibusbDeviceEnumerator*>()->setListingDelay(20);
     auto* factory = m_engine->singletonInstance<AquenSolvarTaskFactory*>(
         qmlTypeId("AquenSolvar", 1, 0, "AquenSolvarTaskFactory"));
-    factory->setPollSleep(milliseconds(0));
-    factory->setStatusTimeout(statusTimeout);
+    factory->setTimes({milliseconds(0), statusTimeout});
 }
 
 void UpdaterSession::start(milliseconds statusTimeout)

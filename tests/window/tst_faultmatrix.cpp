@@ -108,7 +108,7 @@ QString unsafeRequest(const std::vector<TraceEntry>& trace, const QByteArray& im
         } else if (entry.name == "write") {
             isSafe = erased == next && pointer == next &&
                      sent == image.mid(int(next - Flash::ApplicationStart), 2048);
-            next += entry.outcome == Answer::Kind::Acknowledge ? 2048 : 0;
+            next += entry.outcome == Response::Kind::Acknowledge ? 2048 : 0;
         } else if (entry.name == "finish") {
             isSafe = pointer == next && int(next - Flash::ApplicationStart) >= image.size();
         }
