@@ -68,6 +68,7 @@ void tst_mainwindow::successfulUpdate()
     QVERIFY(waitFor([&] { return m_log->contains("INFO", "TaskState"); }));
     m_engine->collectGarbage(); // the task is the script engine's, and in use
     QVERIFY(waitFor([&] { return isDone(); }));
+    QCOMPARE(listed(), QStringList("W-2")); // it is back
     QVERIFY(one("doneButton")->hasActiveFocus());
     QCOMPARE(toByteArray(unit->applicationContent()), m_aquenImage);
     QVERIFY(press("doneButton"));
