@@ -15,7 +15,7 @@ Fault Fault::on(const std::string& name, Action action, unsigned value, unsigned
 {
     if (!isRequestName(name))
         throw std::invalid_argument("unknown request: " + name);
-    return {action, value, name, first, 1, 0};
+    return {action, value, name, first, 1, 0, {}};
 }
 
 bool Fault::strikes(const SetupPacket& setup, const Bytes& data)
@@ -23,7 +23,10 @@ bool Fault::strikes(const SetupPacket& setup, const Bytes& data)
     if (!matchesName(request, setup, data))
         return false;
     ++counted;
-    return counted >= first && (times == Forever || counted - first < times);
+    const bool happens = counted >= first && (times == Forever || counted - first < times);
+    if (happens && onStrike)
+        onStrike();
+    return happens;
 }
 
 } // namespace VirtualUnit

@@ -2,6 +2,7 @@
 
 #include "unit/SetupPacket.h"
 
+#include <functional>
 #include <string>
 
 namespace VirtualUnit {
@@ -28,6 +29,8 @@ struct Fault
     unsigned first = 1;          ///< the counted request at which it begins (1: the next one)
     unsigned times = 1;          ///< at how many counted requests in a row
     unsigned counted = 0;        ///< so far
+    /// Called when it happens, under the unit's lock: must not call the unit.
+    std::function<void()> onStrike = {};
 
     /// At the @p number-th control request of any kind.
     static Fault at(unsigned number, Action action, unsigned value = 0);

@@ -82,13 +82,11 @@ QString tst_downloadjob::run(const QByteArray& image, const QSharedPointer<DfuDe
 {
     DFUDownloadJob job(image, device, imageSizeBound);
     const JobRecorder recorder(job);
-    Fault stop;
-    stop.matches = [&job, left = stopAt](const SetupPacket&, const Bytes&) mutable {
-        if (--left == 0)
-            job.requestStop();
-        return false;
-    };
-    m_unit->addFault(stop);
+    if (stopAt > 0) {
+        Fault stop = Fault::at(unsigned(stopAt), Fault::Action::Delay);
+        stop.onStrike = [&job] { job.requestStop(); };
+        m_unit->addFault(stop);
+    }
     job.start();
     const bool ended = waitFor([&] { return job.isFinished(); }, 20000);
     job.stop();
