@@ -59,9 +59,10 @@ void tst_plugging::twoUnitsOfEachKind()
     // The one in the middle of the list first.
     for (const char* name : {"A-2", "S-1", "A-1", "S-2"}) {
         QVERIFY(waitFor([&] { return visible("updateButton").size() == 4; }));
-        // The list scrolls to the button that has the focus.
-        visible("updateButton").at(listed().indexOf(name))->forceActiveFocus(Qt::TabFocusReason);
-        QTest::keyClick(m_window, Qt::Key_Return);
+        QQuickItem* button = visible("updateButton").at(listed().indexOf(name));
+        button->forceActiveFocus(Qt::TabFocusReason); // the list scrolls to it
+        const QPointF centre = button->mapRectToScene(button->boundingRect()).center();
+        QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, centre.toPoint());
         QVERIFY(waitFor([&] { return isDone(); }));
         QCOMPARE(barText(), m_success);
         QCOMPARE(toByteArray(units[name]->applicationContent()),
