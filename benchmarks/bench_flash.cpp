@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The duration of a whole download against its minimum: 50 ms for each status read that waits, with
 // a unit that finishes each piece of work within one such pause. Needs the virtual bus preloaded:
 // tests/support/on-virtual-bus bench_flash

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/SimpleCipher.h"
 #include "firmware/FirmwareBundle.h"
 #include "firmware/ImageSize.h"

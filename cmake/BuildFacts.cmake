@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # Facts that are fixed when the program is built. Each can be set on the command line. ASU_ stands
 # for Aquen/Solvar Updater. The version's defaults come from project().
 set(ASU_VERSION_MAJOR "${PROJECT_VERSION_MAJOR}" CACHE STRING "Major version")

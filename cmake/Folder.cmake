@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # asu_add_folder(NAME SOURCES file… [PUBLIC target…] [PRIVATE target…] [NO_MOC])
 # The library of one source folder, which is the current one. Its headers are included as
 # "NAME/Header.h" by whoever links it and by nobody else: each library has an include directory of

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # What makes a mistake in the code harder to use against the person who runs it. For ELF platforms;
 # scripts/check-hardening reads all of it back from the built executable.
 include(CheckPIESupported)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # Options and compiler settings that all of the project's own targets share.
 include(CTest)
 include(GNUInstallDirs)

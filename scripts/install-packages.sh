@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # Installs the Debian packages that a purpose needs and that are missing. Does nothing, and needs no
 # rights, when all are installed.
 #   scripts/install-packages.sh [--list] PURPOSE…

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # shellcheck shell=bash
 # What the project's commands share. To be sourced.
 

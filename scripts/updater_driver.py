@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: LicenseRef-Proprietary
 """Drives the updater as its user does: finds the controls by what they report to assistive programs
 (AT-SPI), presses them, follows the log file and takes pictures of the window. The user is one who
 sees and points, or (--by-actions) one who only has the actions that the controls offer.

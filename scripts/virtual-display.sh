@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # Runs a command on an X server and a session bus of its own, without a monitor, and returns its
 # status.
 #   scripts/virtual-display.sh COMMAND…

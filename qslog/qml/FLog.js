@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 .pragma library
 .import QsLog 1.0 as QsLog
 .import "LoggingUtils.js" as LoggingUtils

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/DebugOutputDestination.h"
 
 #include <windows.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/FileDestination.h"
 
 #include <QFileInfo>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "bus/Bus.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "umockdev/DeviceNode.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "umockdev/IoctlServer.h"
 
 namespace VirtualUnit {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "umockdev/Urb.h"
 
 #include <algorithm>

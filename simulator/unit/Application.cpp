@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/Application.h"
 
 #include "unit/FirmwareImage.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/Bootloader.h"
 
 #include "unit/Fault.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/Fault.h"
 
 #include "unit/RequestName.h"

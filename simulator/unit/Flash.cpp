@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/Flash.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/RequestName.h"
 
 #include "unit/Protocol.h"

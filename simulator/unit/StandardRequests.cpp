@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/StandardRequests.h"
 
 #include "unit/Protocol.h"

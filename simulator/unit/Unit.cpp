@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/Unit.h"
 
 #include "unit/RequestName.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "usbip/KernelHost.h"
 
 #include <array>

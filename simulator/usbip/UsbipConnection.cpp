@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "usbip/UsbipConnection.h"
 
 #include <algorithm>

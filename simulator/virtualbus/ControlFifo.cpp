@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "virtualbus/ControlFifo.h"
 
 #include <QMap>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "virtualbus/Preload.h"
 
 #include "umockdev/VirtualBus.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "virtualbus/UnitOption.h"
 
 #include <QStringList>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "usbip/KernelHost.h"

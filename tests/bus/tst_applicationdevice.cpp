@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The unit in application mode, on a bus of virtual units.
 #include "devices/AquenSolvarDevice.h"
 #include "support/BusFixture.h"

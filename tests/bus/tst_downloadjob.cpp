@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // What the download job sends to a bootloader, reports and logs, over the real libusb.
 #include "firmware/ImageSize.h"
 #include "support/BusFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The update task as the user interface drives it, with bundles in this program's own resource
 // folder and a virtual unit on the bus.
 #include "Common/Paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The USB layer: session, opened devices, notifications and the enumerator.
 #include "USB/LibusbDeviceEnumerator.h"
 #include "USB/LibusbUSBNotifier.h"

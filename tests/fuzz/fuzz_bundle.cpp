@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Firmware bundles: the input as a bundle file, and as the image of a bundle that is then damaged.
 #include "Harness.h"
 #include "firmware/FirmwareBundle.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Cipher envelopes: the input as an envelope, as the payload of a sound one, and as plain bytes.
 #include "Common/SimpleCipher.h"
 #include "Harness.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // INI texts, read as a second implementation reads them.
 #include "Common/Logging/IniDocument.h"
 #include "Harness.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Memory layouts: the input as a bootloader's text, and as the numbers of a well-formed text.
 #include "Harness.h"
 #include "dfu/DfuSeLayout.h"

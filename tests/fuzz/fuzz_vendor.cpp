@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // What a unit sends: responses of its application firmware, DFU status, functional descriptor.
 #include "Harness.h"
 #include "devices/VendorProtocol.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 """The program virtualbus, and its units as lsusb and dfu-util see them."""
 
 import hashlib

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The executable's own options, Qt's beside them, and unknown ones.
 #include <QProcess>
 #include <QTest>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The built program in homes and beside copies that make things hard for it. It has to find and
 // read its unit in all of them.
 #include "support/TempFiles.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "support/BusFixture.h"
 
 #include "USB/PFlibusb.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "support/UpdaterSession.h"
 
 #include "Common/Paths.h"

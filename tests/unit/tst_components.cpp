@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Runs the documents in components/ on the application's own resources and types.
 #include "shell/UserInterface.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The watcher, the list of units and its order, with records and units made by the test.
 #include "support/LogCapture.h"
 #include "tracking/AquenSolvarFilterProxyModel.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Firmware bundles, and the program tarnware that makes them.
 #include "firmware/FirmwareBundle.h"
 #include "support/LogCapture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // From the text of Logging.ini to the lines in files and on the console. Levels and destinations
 // are process-wide and only ever add up: each case uses logger names of its own.
 #include "Common/Logging/IniDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The bytes that pass between program and unit. Expected values were worked out by hand.
 #include "devices/VendorProtocol.h"
 #include "dfu/DfuProtocol.h"

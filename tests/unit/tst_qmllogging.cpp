@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Logging from documents: a line names the document, line and handler that wrote it.
 #include "qslog/LoggerRegistry.h"
 #include "qslog/QsLogHelpers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // The cipher, files, paths, facts of the build.
 #include "Common/BuildOS.h"
 #include "Common/BuildType.h"

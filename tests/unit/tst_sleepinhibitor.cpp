@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // A firmware download keeps the system awake. A login manager in this program responds on a message
 // bus of the test's own.
 #include "update/DFUDownloadJob.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/FirmwareImage.h"
 #include "unit/Unit.h"
 

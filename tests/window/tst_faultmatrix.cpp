@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // One update with a fault at each kind of request: what a person reads, what the person has to do
 // until the new firmware runs, and that the unit is never sent anything that could break it.
 #include "support/UpdaterSession.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Every screen in every language: which one is chosen, that no text is cut or overlaps another, and
 // that the log stays English. That none is missing is checked with the sources.
 #include "shell/Translation.h"

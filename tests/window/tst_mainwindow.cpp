@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // What a person sees and presses in the window.
 #include "USB/LibusbDeviceEnumerator.h"
 #include "support/UpdaterSession.h"

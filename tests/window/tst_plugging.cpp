@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 // Units that come, go and change in ways that no single update shows, and windows that are closed.
 #include "Common/Logging/LoggingStartup.h"
 #include "support/TempFiles.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "tarnware/Tarnware.h"
 
 #include <QCoreApplication>

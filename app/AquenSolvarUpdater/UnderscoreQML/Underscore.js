@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 .pragma library
 
 // Underscore.js looks for a module system; this is all of one that it needs. The library, unmodified,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 import QtQuick 2.9
 import QtQuick.Controls 1.2
 import QtQuick.Controls.Styles 1.2

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 import QtQuick 2.9
 
 // Shows an item that is declared elsewhere: adopts it, and releases it when another one is set.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 pragma Singleton
 import QtQuick 2.9
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/BuildVersion.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "Common/Paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/BuildType.h"
 
 #include "BuildFacts.h"

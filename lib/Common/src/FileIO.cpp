@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/FileIO.h"
 
 #include <QDir>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/Paths.h"
 
 #include "BuildFacts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/SimpleCipher.h"
 
 #include "Common/BoundedUncompress.h"

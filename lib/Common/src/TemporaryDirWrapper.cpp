@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/TemporaryDirWrapper.h"
 
 #include "qslog/Log.h"

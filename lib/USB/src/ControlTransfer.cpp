@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/ControlTransfer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/LibusbDeviceEnumerator.h"
 
 #include "USB/I_USBNotifier.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/LibusbUSBNotifier.h"
 
 #include "qslog/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/PFlibusb.h"
 
 #include "USB/USBException.h"

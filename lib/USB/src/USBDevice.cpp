@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/USBDevice.h"
 
 #include "USB/ControlTransfer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/USBEndpointDescriptor.h"
 
 namespace USB {

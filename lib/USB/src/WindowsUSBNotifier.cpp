@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/WindowsUSBNotifier.h"
 
 #include "USB/WindowsDeviceName.h"

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
 # Run by cpack on the installed tree before it is packed: what only a Debian package needs.
 set(tree "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 import QtQuick 2.9
 import QtTest 1.2
 import "qrc:/qml"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "devices/AquenSolvarDevice.h"
 
 #include "USB/USBException.h"

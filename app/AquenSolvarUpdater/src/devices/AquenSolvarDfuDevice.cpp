@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "devices/AquenSolvarDfuDevice.h"
 
 #include "devices/UnitKind.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "devices/I_Device.h"
 
 #include <QQmlEngine>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "devices/VendorProtocol.h"
 
 #include <QRegularExpression>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "dfu/DfuDevice.h"
 
 #include "Common/Paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "dfu/DfuProtocol.h"
 
 #include <iterator>

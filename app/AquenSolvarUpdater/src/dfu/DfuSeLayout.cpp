@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "dfu/DfuSeLayout.h"
 
 #include "qslog/Log.h"

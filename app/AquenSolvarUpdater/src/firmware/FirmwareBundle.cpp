@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "firmware/FirmwareBundle.h"
 
 #include "Common/SimpleCipher.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "shell/InstanceGuard.h"
 
 #include "qslog/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "shell/Translation.h"
 
 #include "qslog/Log.h"

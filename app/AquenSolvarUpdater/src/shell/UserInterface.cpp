@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "shell/UserInterface.h"
 
 #include "Common/BuildOS.h"

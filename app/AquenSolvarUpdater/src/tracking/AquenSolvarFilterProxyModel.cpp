@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "tracking/AquenSolvarFilterProxyModel.h"
 
 #include "qslog/Log.h"

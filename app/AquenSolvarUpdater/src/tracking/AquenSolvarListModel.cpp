@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "tracking/AquenSolvarListModel.h"
 
 #include "qslog/Log.h"

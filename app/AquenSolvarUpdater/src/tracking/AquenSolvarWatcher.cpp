@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "tracking/AquenSolvarWatcher.h"
 
 #include "USB/USBException.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "update/AquenSolvarTaskFactory.h"
 
 #include "qslog/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "update/DFUDownloadJob.h"
 
 #include "USB/USBException.h"

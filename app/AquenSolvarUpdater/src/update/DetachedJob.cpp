@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "update/DetachedJob.h"
 
 #include "qslog/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/Log.h"
 #include "update/SleepInhibitor.h"
 

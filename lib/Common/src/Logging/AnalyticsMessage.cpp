@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/Logging/AnalyticsMessage.h"
 
 #include "Common/BuildType.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/Logging/IniDocument.h"
 
 #include <QStringList>

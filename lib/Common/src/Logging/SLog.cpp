@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/Logging/SLog.h"
 
 #include "qslog/Log.h"

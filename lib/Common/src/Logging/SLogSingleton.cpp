@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/Logging/SLogSingleton.h"
 
 #include "BuildFacts.h"

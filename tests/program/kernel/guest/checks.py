@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: LicenseRef-Proprietary
 """The checks that only a real kernel can make, run by root in the virtual machine. Each prints
 "passed NAME" or "FAILED NAME" and adds that line to checks.txt."""
 
