@@ -85,7 +85,9 @@ QString tst_downloadjob::run(const QByteArray& image, const QSharedPointer<DfuDe
     const JobRecorder recorder(job);
     if (stopAt > 0) {
         Fault stop = Fault::at(unsigned(stopAt), Fault::Action::Delay);
-        stop.onStrike = [&job] { job.requestStop(); };
+        stop.onStrike = [&job] {
+            job.requestStop();
+        };
         m_unit->addFault(stop);
     }
     job.start();
