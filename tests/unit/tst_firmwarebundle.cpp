@@ -35,6 +35,9 @@ private slots:
             bytes[offset] = char(bytes[offset] + 1);
             QCOMPARE(parseFirmwareBundle(bytes, out), code);
         }
+        bytes = handMade;
+        bytes[23] = 0; // an older format
+        QCOMPARE(parseFirmwareBundle(bytes, out), 4);
         QVERIFY(out.version == 99 && out.data == "A");
         // The checksum of this image is zero, so that a missing one reads as the right one.
         QCOMPARE(parseFirmwareBundle(packFirmwareBundle(1, "!\"b;"), out), 0);

@@ -33,6 +33,7 @@ private slots:
         QCOMPARE(decoded("80808000ff00"), QStringLiteral("ffffff80 ffffff80 ffffffff"));
         QCOMPARE(specialCommandPayload(0x08003800, SET_ADDRESS).toHex(), QByteArray("2100380008"));
         QCOMPARE(specialCommandPayload(0x89ABCDEF, ERASE_PAGE).toHex(), QByteArray("41efcdab89"));
+        QCOMPARE(specialCommandPayload(1, SpecialCommand(2)).toHex(), QByteArray("0001000000"));
         const QStringList names = {statusName(-1), statusName(0), statusName(15), statusName(16),
                                    stateName(-1),  stateName(0),  stateName(10),  stateName(11)};
         QCOMPARE(names.join(','), QStringLiteral("Illegal status,OK,Stalled packet,Illegal status,"
