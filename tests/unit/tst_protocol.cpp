@@ -34,10 +34,20 @@ private slots:
         QCOMPARE(specialCommandPayload(0x08003800, SET_ADDRESS).toHex(), QByteArray("2100380008"));
         QCOMPARE(specialCommandPayload(0x89ABCDEF, ERASE_PAGE).toHex(), QByteArray("41efcdab89"));
         QCOMPARE(specialCommandPayload(1, SpecialCommand(2)).toHex(), QByteArray("0001000000"));
-        const QStringList names = {statusName(-1), statusName(0), statusName(15), statusName(16),
-                                   stateName(-1),  stateName(0),  stateName(10),  stateName(11)};
-        QCOMPARE(names.join(','), QStringLiteral("Illegal status,OK,Stalled packet,Illegal status,"
-                                                 "Illegal state,App idle,Error,Illegal state"));
+        QString names;
+        for (int code = -1; code <= 16; ++code)
+            names += statusName(code) + ',' + stateName(code) + ' ';
+        QCOMPARE(
+            names,
+            QStringLiteral(
+                "Illegal status,Illegal state OK,App idle Target error,App detached File "
+                "error,Idle "
+                "Write error,Download sync Erase error,Download busy Check erased error,Download "
+                "idle "
+                "Prog error,Manifest sync: Verify error,Manifest Address error,Manifest wait reset "
+                "Not done error,Upload idle Firmware error,Error Vendor error,Illegal state "
+                "USBR error,Illegal state POR error,Illegal state Unknown error,Illegal state "
+                "Stalled packet,Illegal state Illegal status,Illegal state "));
     }
 
     void functionalDescriptor()
