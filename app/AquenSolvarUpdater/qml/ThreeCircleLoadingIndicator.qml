@@ -11,8 +11,15 @@ RowLayout {
     property color activeColor: Style.semiDarkColor
     property color inactiveColor: Style.accentColor(Style.lightColor)
 
-    function _colorAtStep(circle, step) {
-        return step % 3 === circle ? activeColor : inactiveColor;
+    property real _step: 0 // 0 to 3: the place of the active colour
+
+    // A circle takes the active colour over from the one before it and hands it to the next one.
+    function _colorOf(circle) {
+        var distance = Math.abs(_step - circle);
+        var share = Math.max(0, 1 - Math.min(distance, 3 - distance));
+        return Qt.rgba(inactiveColor.r + share * (activeColor.r - inactiveColor.r),
+                       inactiveColor.g + share * (activeColor.g - inactiveColor.g),
+                       inactiveColor.b + share * (activeColor.b - inactiveColor.b), 1);
     }
 
     spacing: Style.baseGridSize
@@ -20,41 +27,23 @@ RowLayout {
     Accessible.role: Accessible.Animation
     Accessible.name: qsTr("Searching")
 
+    // Not an animation, which would draw the window at the screen's full rate.
+    Timer {
+        interval: 100
+        repeat: true
+        running: root.visible
+        onTriggered: root._step = (root._step + interval / root.speed) % 3
+    }
+
     Repeater {
         model: 3
 
         Rectangle {
-            id: circle
-
             implicitWidth: 2 * root.radius
             implicitHeight: 2 * root.radius
             radius: root.radius
             antialiasing: true
-            color: root._colorAtStep(index, 0)
-
-            SequentialAnimation {
-                running: root.visible
-                loops: Animation.Infinite
-
-                ColorAnimation {
-                    target: circle
-                    property: "color"
-                    to: root._colorAtStep(index, 1)
-                    duration: root.speed
-                }
-                ColorAnimation {
-                    target: circle
-                    property: "color"
-                    to: root._colorAtStep(index, 2)
-                    duration: root.speed
-                }
-                ColorAnimation {
-                    target: circle
-                    property: "color"
-                    to: root._colorAtStep(index, 3)
-                    duration: root.speed
-                }
-            }
+            color: root._colorOf(index)
         }
     }
 }
