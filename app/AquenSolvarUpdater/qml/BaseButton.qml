@@ -10,10 +10,14 @@ Button {
     property color backgroundColor: Style.primaryColor
     property color textColor: Style.inverseColor
 
-    // A held key clicks once.
+    property int _releasedKey: 0
+    property double _releasedAt: 0 // in milliseconds
+
+    // A held key clicks once. Not every window system marks all of its repetitions: a press at once
+    // after a release is one as well.
     function _clickOnKey(event) {
         event.accepted = true;
-        if (!event.isAutoRepeat)
+        if (!event.isAutoRepeat && (event.key !== _releasedKey || Date.now() - _releasedAt > 30))
             clicked();
     }
 
@@ -25,6 +29,10 @@ Button {
 
     Keys.onEnterPressed: _clickOnKey(event)
     Keys.onReturnPressed: _clickOnKey(event)
+    Keys.onReleased: {
+        _releasedKey = event.key;
+        _releasedAt = Date.now();
+    }
 
     style: ButtonStyle {
         padding {
