@@ -5,6 +5,7 @@
 #include "qslog/DebugOutputDestination.h"
 #include "qslog/Log.h"
 #include "shell/InstanceGuard.h"
+#include "shell/Renderer.h"
 #include "shell/Translation.h"
 #include "shell/UserInterface.h"
 #include "update/DetachedJob.h"
@@ -108,6 +109,7 @@ int main(int argc, char** argv)
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);
+    AquenSolvar::chooseRenderer();
     AquenSolvar::installTranslation(application,
                                     AquenSolvar::translationFor(QLocale::system().uiLanguages()));
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
