@@ -10,8 +10,9 @@ RowLayout {
     id: root
 
     property var device
-    // Lets the list scroll to the button that has the focus.
+    // For the list, which leads the keyboard's focus.
     readonly property bool buttonFocused: updateButton.activeFocus
+    readonly property bool buttonEnabled: updateButton.enabled
     // The description of the card for assistive programs.
     readonly property string summary: [typeText.text, _isDfu ? qsTr("In its bootloader") : qsTr("Connected"),
                                        _needsUpdate ? qsTr("Update needed") : qsTr("Firmware Up To Date")].join(", ")
@@ -23,6 +24,11 @@ RowLayout {
                                                    || device.deviceType === AquenSolvar_Device.Device.SOLVAR_DFU)
 
     signal requestUpdate(var device)
+
+    // Whether the button has the focus when the card gets it.
+    function focusButton(focused) {
+        updateButton.focus = focused;
+    }
 
     spacing: 0
 
@@ -82,6 +88,7 @@ RowLayout {
                 objectName: "upToDateText"
                 text: qsTr("Firmware Up To Date")
                 visible: !!root.device && !root.device.needsUpdate
+                Layout.alignment: Qt.AlignRight
             }
             BaseButton {
                 id: updateButton
@@ -89,7 +96,9 @@ RowLayout {
                 objectName: "updateButton"
                 text: root._isDfu ? qsTr("Resume Update") : qsTr("Update Firmware")
                 enabled: root._needsUpdate
+                activeFocusOnTab: false // the list leads Tab to it
                 Layout.alignment: Qt.AlignRight
+                Accessible.focusable: true
                 Accessible.description: root.device ? root.device.serialName : ""
                 onClicked: root.requestUpdate(root.device)
             }

@@ -16,11 +16,63 @@ Item {
 
     signal requestUpdate(var device)
 
+    // Gives the focus to the first or the last of the keyboard's stops; false in an empty list. The
+    // stops are, from top to bottom, each card and then its button, if that can be pressed. The
+    // framework's own order is that of arrival, so the list leads Tab by itself.
+    function enter(forward) {
+        if (listView.count === 0)
+            return false;
+        _focusRow(forward ? 0 : listView.count - 1, !forward);
+        return true;
+    }
+
+    function _focusRow(row, onButton) {
+        listView.currentIndex = row;
+        listView.currentItem.takeFocus(onButton);
+        _showCurrent();
+    }
+
+    // With its section heading, which counts as a part of the row.
+    function _showCurrent() {
+        if (listView.activeFocus && listView.currentItem)
+            listView.positionViewAtIndex(listView.currentIndex, ListView.Contain);
+    }
+
+    function _step(forward) {
+        var row = listView.currentIndex;
+        var card = listView.currentItem;
+        if (!card)
+            _leave(forward);
+        else if (forward ? card.canTakeButton : card.onButton)
+            _focusRow(row, forward);
+        else if (forward ? row + 1 < listView.count : row > 0)
+            _focusRow(forward ? row + 1 : row - 1, !forward);
+        else
+            _leave(forward);
+    }
+
+    function _leave(forward) {
+        var item = listView.nextItemInFocusChain(forward);
+        if (item)
+            item.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
+
+    function _moveTo(row, event) {
+        event.accepted = row >= 0 && row < listView.count;
+        if (event.accepted)
+            _focusRow(row, false);
+    }
+
     function _followCount() {
         _empty = listView.count === 0;
+        if (!scrollView.focus)
+            listView.currentIndex = 0; // where the keyboard is to enter
+        _showCurrent();
     }
 
     ScrollView {
+        id: scrollView
+
         anchors.fill: parent
         anchors.rightMargin: -Style.tinyGridSize
         // Otherwise the first frame of an empty window has scroll bars.
@@ -34,17 +86,21 @@ Item {
             rightMargin: Style.mediumGridSize
             spacing: Style.baseGridSize
             activeFocusOnTab: true
-            // The scroll view disables flicking and, with it, key navigation.
-            keyNavigationEnabled: true
+            enabled: count > 0 // an empty list is no stop of the keyboard
             cacheBuffer: 300
             clip: true
+            // The view is positioned by _showCurrent(); following the highlight would cut cards.
+            highlightFollowsCurrentItem: false
             onCountChanged: Qt.callLater(root._followCount)
-            // The focus returns to the current card, not to the button that had it last: from that
-            // button the other cards cannot be reached.
             onActiveFocusChanged: {
-                if (!activeFocus && currentItem)
-                    currentItem.focus = true;
+                // A press of the pointer must not move what it presses.
+                if (activeFocus && currentItem && !currentItem.onButton)
+                    root._showCurrent();
             }
+            Keys.onTabPressed: root._step(true)
+            Keys.onBacktabPressed: root._step(false)
+            Keys.onUpPressed: root._moveTo(currentIndex - 1, event)
+            Keys.onDownPressed: root._moveTo(currentIndex + 1, event)
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Devices")
 
@@ -53,36 +109,49 @@ Item {
                 dynamicSortFilter: true
             }
 
-            delegate: Rectangle {
+            // A scope: what has the focus within a card keeps it when cards come or go.
+            delegate: FocusScope {
+                id: cardScope
+
+                readonly property bool canTakeButton: !onButton && card.buttonEnabled
+                readonly property bool onButton: card.buttonFocused
+
+                function takeFocus(onButton) {
+                    card.focusButton(onButton && card.buttonEnabled);
+                    forceActiveFocus();
+                }
+
                 width: ListView.view.width
                 implicitHeight: card.implicitHeight
-                color: Style.lightAccentColor
-                radius: Style.baseRadiusSize
-                border.width: Style.baseBorderWidth
-                border.color: Style.accentColor(color)
                 Accessible.role: Accessible.ListItem
                 Accessible.name: card.device ? card.device.serialName : ""
                 Accessible.description: card.summary
                 Accessible.focusable: true
-                Accessible.focused: activeFocus
-
-                DeviceInfoContents {
-                    id: card
-
-                    objectName: "deviceCard"
-                    anchors.fill: parent
-                    device: object
-                    onRequestUpdate: root.requestUpdate(device)
-                    // Not by currentIndex, which would take the focus from the button.
-                    onButtonFocusedChanged: {
-                        if (buttonFocused)
-                            listView.positionViewAtIndex(index, ListView.Contain);
-                    }
-                }
+                Accessible.focused: activeFocus && !onButton
 
                 Rectangle {
                     anchors.fill: parent
-                    visible: parent.activeFocus
+                    color: Style.lightAccentColor
+                    radius: Style.baseRadiusSize
+                    border.width: Style.baseBorderWidth
+                    border.color: Style.accentColor(color)
+
+                    DeviceInfoContents {
+                        id: card
+
+                        objectName: "deviceCard"
+                        anchors.fill: parent
+                        device: object
+                        onRequestUpdate: root.requestUpdate(device)
+                        onButtonFocusedChanged: {
+                            if (buttonFocused)
+                                listView.currentIndex = index;
+                        }
+                    }
+                }
+                Rectangle {
+                    anchors.fill: parent
+                    visible: cardScope.activeFocus && !cardScope.onButton
                     color: "transparent"
                     radius: Style.baseRadiusSize
                     border.width: Style.tinyGridSize

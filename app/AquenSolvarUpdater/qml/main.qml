@@ -110,7 +110,7 @@ ApplicationWindow {
             State {
                 id: _defaultState
 
-                property Item aquenSolvarListView: DeviceListView {
+                property DeviceListView aquenSolvarListView: DeviceListView {
                     devices: _aquenSolvarListModel
                     searching: _defaultState.active
                     onRequestUpdate: {
@@ -132,6 +132,8 @@ ApplicationWindow {
                         text: qsTr("Quit")
                         backgroundColor: Style.inverseColor
                         textColor: Style.darkColor
+                        Keys.onTabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(true)
+                        Keys.onBacktabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(false)
                         onClicked: window.close()
                     }
                 }
