@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 import QtQuick 2.9
 import QtQuick.Controls 1.4
+import QtQuick.Controls.Styles 1.4
 import AquenSolvar 1.0
 import "."
 
@@ -78,6 +79,26 @@ Item {
         // Otherwise the first frame of an empty window has scroll bars.
         horizontalScrollBarPolicy: Qt.ScrollBarAlwaysOff
         verticalScrollBarPolicy: root._empty ? Qt.ScrollBarAlwaysOff : Qt.ScrollBarAsNeeded
+        // A plain bar beside the cards.
+        style: ScrollViewStyle {
+            transientScrollBars: false
+            handleOverlap: 0
+            incrementControl: null
+            decrementControl: null
+            scrollBarBackground: Item {
+                implicitWidth: Style.baseGridSize
+            }
+            handle: Item {
+                implicitWidth: Style.baseGridSize
+
+                Rectangle {
+                    anchors.fill: parent
+                    anchors.leftMargin: Style.smallGridSize
+                    radius: width / 2
+                    color: styleData.pressed || styleData.hovered ? Style.mutedColor : Style.secondaryColor
+                }
+            }
+        }
 
         ListView {
             id: listView
