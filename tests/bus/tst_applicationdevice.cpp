@@ -37,6 +37,8 @@ private slots:
         unit->adjust([=](auto& overrides) { overrides.schemaVersion = schema; });
         const USB::P_LibUsbDevice record = m_bus.awaitRecord(0x0C08);
         unit->clearTrace();
+        if (schema == 4) // slow, as it may be
+            unit->addFault(Fault::on("config", Fault::Action::Delay, 1200));
         const AquenSolvarDevice device(record);
         QStringList sent;
         for (const VirtualUnit::TraceEntry& entry : unit->trace()) {
