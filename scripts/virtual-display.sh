@@ -8,8 +8,9 @@ set -uo pipefail
 
 ready=$(mktemp)
 trap 'rm -f "$ready"' EXIT
-# The server picks a free display number and reports it.
-Xvfb -displayfd 3 -screen 0 "${VIRTUAL_SCREEN:-1024x768x24}" -nolisten tcp 3>"$ready" >/dev/null 2>&1 &
+# The server picks a free display number and reports it. It does not reset when its last client
+# leaves: the next one could be refused meanwhile.
+Xvfb -noreset -displayfd 3 -screen 0 "${VIRTUAL_SCREEN:-1024x768x24}" -nolisten tcp 3>"$ready" >/dev/null 2>&1 &
 server=$!
 trap 'kill "$server" 2>/dev/null; wait "$server" 2>/dev/null; rm -f "$ready"' EXIT
 for _ in {1..600}; do
