@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/Destination.h"
 
-#include <QRegularExpression>
-
 namespace QsLogging {
 
 Destination::~Destination() = default;
@@ -14,11 +12,21 @@ bool Destination::rotate()
 
 QString withoutColours(const QString& text)
 {
-    // Never destroyed: threads may log while the process ends.
-    static const QRegularExpression& colourEscape =
-        *new QRegularExpression(QStringLiteral("\x1b\\[[0-9;]+m"));
+    // Not by a regular expression, whose per-thread data is gone while the process ends.
     QString plain = text;
-    return plain.remove(colourEscape);
+    int from = 0;
+    while ((from = plain.indexOf(QLatin1String("\x1b["), from)) >= 0) {
+        int end = from + 2;
+        while (end < plain.size() &&
+               ((plain[end] >= QLatin1Char('0') && plain[end] <= QLatin1Char('9')) ||
+                plain[end] == QLatin1Char(';')))
+            ++end;
+        if (end > from + 2 && end < plain.size() && plain[end] == QLatin1Char('m'))
+            plain.remove(from, end + 1 - from);
+        else
+            from += 2;
+    }
+    return plain;
 }
 
 } // namespace QsLogging
