@@ -17,6 +17,8 @@ std::optional<Values> expectedValues(const QByteArray& text)
                                          QRegularExpression::DotMatchesEverythingOption);
     Values values;
     QString section;
+    if (text.contains('\0'))
+        return std::nullopt;
     for (const QString& line : QString::fromUtf8(text).split(QLatin1Char('\n'))) {
         if (line.trimmed().isEmpty() || QStringLiteral(";#").contains(line.trimmed()[0]))
             continue;

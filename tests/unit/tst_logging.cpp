@@ -166,6 +166,7 @@ private slots:
             {"[s] ; why\n", "invalid"},
             {"[s]\n\xEF\xBB\xBF[t]\n", "invalid"},
             {QByteArray(IniDocument::maximumSize, '\n'), "absent"},
+            {QByteArray(120, '\0'), "invalid"}, // as after a torn write
             {QByteArray(IniDocument::maximumSize + 1, '\n'), "invalid"}};
         for (const auto& [text, expected] : rows) {
             const auto document = IniDocument::parse(text);
@@ -237,10 +238,12 @@ private slots:
         };
         Common::startLogging({logs, shipped, user}, false);
         QVERIFY(!QCoreApplication::instance()->findChild<Common::SettingsFileWatcher*>());
+        QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0);
+        QVERIFY(QFile::setPermissions(logs, QFile::Permissions(0x7750)));
         Common::startLogging({logs, shipped, user}, true);
+        QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0x50); // as its owner wants it
         QCOMPARE(levelOf("User"), 1);
         QCOMPARE(levelOf("Shipped"), 4);
-        QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0);
         // It changes, is replaced as editors do it, goes with its directory, and comes again.
         QVERIFY(becomes(3, "WARN", "data/user/Logging.ini"));
         QVERIFY(becomes(4, "ERROR", "data/user/draft"));

@@ -18,7 +18,8 @@ void IniSection::setValue(const QString& key, const QString& value)
 
 std::optional<IniDocument> IniDocument::parse(const QByteArray& text)
 {
-    if (text.size() > maximumSize)
+    // A torn write leaves NUL bytes, and the decoding would end at the first one.
+    if (text.size() > maximumSize || text.contains('\0'))
         return std::nullopt;
     IniDocument document;
     // Decoded in one piece: every decoding skips a byte order mark, and only the first is allowed.

@@ -19,11 +19,10 @@ namespace {
 // Log lines name units and paths: only the user who runs the program may read them.
 void makePrivateDirectory(const QString& path)
 {
+    if (QFileInfo(path).isDir())
+        return; // with the permissions that its owner gave it
     if (!QDir().mkpath(path))
         qDebug() << "Could not make directory for log files:" << path;
-    else if (QFileInfo(path).isSymLink())
-        qDebug() << "The directory for log files is somewhere else, with permissions of its own:"
-                 << path;
     else if (!QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
         qDebug() << "Could not keep the directory for log files to its owner:" << path;
 }
