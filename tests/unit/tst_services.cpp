@@ -19,7 +19,7 @@ class ServicesTest : public QObject
     Q_OBJECT
 
     static constexpr quint64 key = 0x0123456789ABCDEF;
-    const QString text = QStringLiteral("Caf\u00E9 at noon\n\u6D17 at noon, noon, noon, noon\n");
+    const QString text = QStringLiteral("Caf\u00E9\0at noon\n\u6D17 at noon, noon, noon, noon\n");
     const TempFiles m_files;
 
 private slots:

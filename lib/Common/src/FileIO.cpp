@@ -17,7 +17,8 @@ QString FileIO::readFile(const QString& path, quint64 simpleCryptKey)
         return {};
     if (path.endsWith(QLatin1Char('c')))
         return SimpleCipher(simpleCryptKey).decryptToString(contents);
-    return QString::fromUtf8(contents);
+    // With its length: a NUL byte is no end.
+    return QString::fromUtf8(contents.constData(), contents.size());
 }
 
 bool FileIO::writeFile(const QString& path, const QString& contents)

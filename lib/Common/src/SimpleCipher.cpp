@@ -148,7 +148,9 @@ QByteArray SimpleCipher::decryptToByteArray(const QByteArray& envelope)
 
 QString SimpleCipher::decryptToString(const QByteArray& envelope)
 {
-    return QString::fromUtf8(decryptToByteArray(envelope));
+    const QByteArray plain = decryptToByteArray(envelope);
+    // With its length: a NUL byte is no end.
+    return QString::fromUtf8(plain.constData(), plain.size());
 }
 
 } // namespace Common
