@@ -17,7 +17,7 @@ Item {
 
     Accessible.role: Accessible.ProgressBar
     Accessible.name: progressBarText
-    Accessible.description: qsTr("%1 %").arg(Math.round(100 * visiblePercentage))
+    Accessible.description: qsTr("%1%").arg(Math.round(100 * visiblePercentage))
 
     Behavior on animatedPercentage {
         NumberAnimation {

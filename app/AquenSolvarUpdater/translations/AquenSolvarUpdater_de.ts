@@ -27,11 +27,11 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>Zu viele Daten für die Übertragung.</translation>
+        <translation>Die Firmware ist zu groß für das Gerät.</translation>
     </message>
     <message>
         <source>No device to update.</source>
-        <translation>Kein Gerät zum Aktualisieren.</translation>
+        <translation>Kein Gerät zum Aktualisieren vorhanden.</translation>
     </message>
     <message>
         <source>Failed to read device status.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>Gerätestatus konnte nicht zurückgesetzt werden.</translation>
+        <translation>Fehlerstatus des Geräts konnte nicht zurückgesetzt werden.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>Ein Sektor des Geräts konnte nicht beschrieben werden.</translation>
+        <translation>Ein Sektor des Gerätespeichers konnte nicht beschrieben werden.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -63,7 +63,7 @@
     </message>
     <message>
         <source>Error state while flashing firmware.</source>
-        <translation>Fehlerzustand beim Schreiben der Firmware.</translation>
+        <translation>Das Gerät meldet einen Fehler beim Schreiben der Firmware.</translation>
     </message>
     <message>
         <source>Failed to finalize firmware flashing.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>Fehlerzustand beim Übertragen an Aquen/Solvar im Modus „DFU“.</translation>
+        <translation>Das Gerät meldet einen Fehler bei der Übertragung (DFU-Modus).</translation>
     </message>
 </context>
 <context>
@@ -154,7 +154,7 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
+        <source>%1%</source>
         <translation>%1&#xa0;%</translation>
     </message>
 </context>

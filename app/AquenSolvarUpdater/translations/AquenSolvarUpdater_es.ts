@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>Demasiados datos para completar la transferencia.</translation>
+        <translation>El firmware es demasiado grande para el dispositivo.</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>No se pudo restablecer el estado del dispositivo.</translation>
+        <translation>No se pudo borrar el estado de error del dispositivo.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>No se pudo escribir un sector del dispositivo.</translation>
+        <translation>No se pudo escribir un sector de la memoria del dispositivo.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>Estado de error al transferir a Aquen/Solvar en modo «DFU».</translation>
+        <translation>El dispositivo indica un error durante la transferencia (modo DFU).</translation>
     </message>
 </context>
 <context>
@@ -86,7 +86,7 @@
     </message>
     <message>
         <source>Firmware Up To Date</source>
-        <translation>Firmware actualizado</translation>
+        <translation>El firmware está al día</translation>
     </message>
     <message>
         <source>Resume Update</source>
@@ -98,7 +98,7 @@
     </message>
     <message>
         <source>In its bootloader</source>
-        <translation>En el bootloader</translation>
+        <translation>En modo bootloader</translation>
     </message>
     <message>
         <source>Update needed</source>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Error while dropping to boot loader.</source>
-        <translation>Error al pasar al bootloader.</translation>
+        <translation>No se pudo poner el dispositivo en modo bootloader.</translation>
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
@@ -148,13 +148,13 @@
     </message>
     <message>
         <source>Update successful!</source>
-        <translation>¡Actualización correcta!</translation>
+        <translation>¡Actualización completada!</translation>
     </message>
 </context>
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
+        <source>%1%</source>
         <translation>%1 %</translation>
     </message>
 </context>

@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>Trop de données pour terminer le transfert.</translation>
+        <translation>Le firmware est trop volumineux pour l’appareil.</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>Impossible de réinitialiser l’état de l’appareil.</translation>
+        <translation>Impossible d’effacer l’état d’erreur de l’appareil.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>Impossible d’écrire un secteur de l’appareil.</translation>
+        <translation>Impossible d’écrire un secteur de la mémoire de l’appareil.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>Erreur signalée lors du transfert vers Aquen/Solvar en mode «&#xa0;DFU&#xa0;».</translation>
+        <translation>L’appareil signale une erreur lors du transfert (mode DFU).</translation>
     </message>
 </context>
 <context>
@@ -113,7 +113,7 @@
     </message>
     <message>
         <source>Looking for Aquen or Solvar connected via USB</source>
-        <translation>Recherche d’un Aquen ou Solvar connecté en USB</translation>
+        <translation>Recherche d’un appareil Aquen ou Solvar en USB</translation>
     </message>
 </context>
 <context>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Error while dropping to boot loader.</source>
-        <translation>Erreur lors du passage au bootloader.</translation>
+        <translation>Erreur lors du passage en mode bootloader.</translation>
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
@@ -154,7 +154,7 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
+        <source>%1%</source>
         <translation>%1&#xa0;%</translation>
     </message>
 </context>

@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>Troppi dati per completare il trasferimento.</translation>
+        <translation>Il firmware è troppo grande per il dispositivo.</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>Impossibile azzerare lo stato del dispositivo.</translation>
+        <translation>Impossibile cancellare lo stato di errore del dispositivo.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>Impossibile scrivere un settore del dispositivo.</translation>
+        <translation>Impossibile scrivere un settore della memoria del dispositivo.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>Stato di errore durante il trasferimento ad Aquen/Solvar in modalità «DFU».</translation>
+        <translation>Il dispositivo segnala un errore durante il trasferimento (modalità DFU).</translation>
     </message>
 </context>
 <context>
@@ -86,7 +86,7 @@
     </message>
     <message>
         <source>Firmware Up To Date</source>
-        <translation>Firmware aggiornato</translation>
+        <translation>Il firmware è aggiornato</translation>
     </message>
     <message>
         <source>Resume Update</source>
@@ -98,7 +98,7 @@
     </message>
     <message>
         <source>In its bootloader</source>
-        <translation>Nel bootloader</translation>
+        <translation>In modalità bootloader</translation>
     </message>
     <message>
         <source>Update needed</source>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Error while dropping to boot loader.</source>
-        <translation>Errore durante il passaggio al bootloader.</translation>
+        <translation>Impossibile mettere il dispositivo in modalità bootloader.</translation>
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
@@ -154,8 +154,8 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
+        <source>%1%</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>

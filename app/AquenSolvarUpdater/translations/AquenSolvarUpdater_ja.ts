@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>データが大きすぎるため、転送できません。</translation>
+        <translation>ファームウェアが大きすぎて、デバイスに書き込めません。</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>デバイスの状態をクリアできませんでした。</translation>
+        <translation>デバイスのエラー状態を解除できませんでした。</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>デバイスのセクターに書き込めませんでした。</translation>
+        <translation>デバイスのメモリのセクターに書き込めませんでした。</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -63,7 +63,7 @@
     </message>
     <message>
         <source>Error state while flashing firmware.</source>
-        <translation>ファームウェアの書き込み中にデバイスがエラー状態になりました。</translation>
+        <translation>ファームウェアの書き込み中にデバイスがエラーを報告しました。</translation>
     </message>
     <message>
         <source>Failed to finalize firmware flashing.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>「DFU」モードの Aquen/Solvar への転送中にエラー状態になりました。</translation>
+        <translation>DFU モードの Aquen/Solvar への転送中に、デバイスがエラーを報告しました。</translation>
     </message>
 </context>
 <context>
@@ -82,7 +82,7 @@
     </message>
     <message>
         <source>Unknown Device Type</source>
-        <translation>不明なデバイスの種類</translation>
+        <translation>不明な種類のデバイス</translation>
     </message>
     <message>
         <source>Firmware Up To Date</source>
@@ -136,7 +136,7 @@
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
-        <translation>ファームウェアをアップデート中です。デバイスを接続したままにしてください…</translation>
+        <translation>ファームウェアをアップデートしています。デバイスを取り外さないでください…</translation>
     </message>
     <message>
         <source>Error while starting to upload the firmware.</source>
@@ -154,8 +154,8 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
+        <source>%1%</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>

@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>데이터가 너무 커서 전송할 수 없습니다.</translation>
+        <translation>펌웨어가 너무 커서 장치에 쓸 수 없습니다.</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>장치 상태를 초기화하지 못했습니다.</translation>
+        <translation>장치의 오류 상태를 해제하지 못했습니다.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>장치의 섹터에 쓰지 못했습니다.</translation>
+        <translation>장치 메모리의 섹터에 쓰지 못했습니다.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -63,7 +63,7 @@
     </message>
     <message>
         <source>Error state while flashing firmware.</source>
-        <translation>펌웨어를 쓰는 중 장치가 오류 상태가 되었습니다.</translation>
+        <translation>펌웨어를 쓰는 중 장치가 오류를 보고했습니다.</translation>
     </message>
     <message>
         <source>Failed to finalize firmware flashing.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>“DFU” 모드의 Aquen/Solvar(으)로 전송하는 중 오류 상태가 되었습니다.</translation>
+        <translation>DFU 모드의 Aquen/Solvar로 전송하는 중 장치가 오류를 보고했습니다.</translation>
     </message>
 </context>
 <context>
@@ -86,11 +86,11 @@
     </message>
     <message>
         <source>Firmware Up To Date</source>
-        <translation>최신 펌웨어</translation>
+        <translation>펌웨어가 최신 상태입니다</translation>
     </message>
     <message>
         <source>Resume Update</source>
-        <translation>업데이트 계속</translation>
+        <translation>업데이트 재개</translation>
     </message>
     <message>
         <source>Update Firmware</source>
@@ -98,7 +98,7 @@
     </message>
     <message>
         <source>In its bootloader</source>
-        <translation>부트로더 상태</translation>
+        <translation>부트로더 모드</translation>
     </message>
     <message>
         <source>Update needed</source>
@@ -128,7 +128,7 @@
     </message>
     <message>
         <source>Preparing device to receive update…</source>
-        <translation>업데이트를 받을 장치 준비 중…</translation>
+        <translation>장치 업데이트 준비 중…</translation>
     </message>
     <message>
         <source>Error while dropping to boot loader.</source>
@@ -136,7 +136,7 @@
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
-        <translation>펌웨어 업데이트 중입니다. 장치 연결을 유지하십시오…</translation>
+        <translation>펌웨어 업데이트 중입니다. 장치를 분리하지 마십시오…</translation>
     </message>
     <message>
         <source>Error while starting to upload the firmware.</source>
@@ -154,8 +154,8 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
+        <source>%1%</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>

@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>Dados demais para concluir a transferência.</translation>
+        <translation>O firmware é grande demais para o dispositivo.</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>Não foi possível limpar o estado do dispositivo.</translation>
+        <translation>Não foi possível limpar o estado de erro do dispositivo.</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>Não foi possível gravar um setor do dispositivo.</translation>
+        <translation>Não foi possível gravar um setor da memória do dispositivo.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>Estado de erro ao transferir para o Aquen/Solvar no modo “DFU”.</translation>
+        <translation>O dispositivo indicou um erro durante a transferência (modo DFU).</translation>
     </message>
 </context>
 <context>
@@ -86,7 +86,7 @@
     </message>
     <message>
         <source>Firmware Up To Date</source>
-        <translation>Firmware atualizado</translation>
+        <translation>O firmware está atualizado</translation>
     </message>
     <message>
         <source>Resume Update</source>
@@ -98,7 +98,7 @@
     </message>
     <message>
         <source>In its bootloader</source>
-        <translation>No bootloader</translation>
+        <translation>No modo bootloader</translation>
     </message>
     <message>
         <source>Update needed</source>
@@ -113,7 +113,7 @@
     </message>
     <message>
         <source>Looking for Aquen or Solvar connected via USB</source>
-        <translation>Procurando Aquen ou Solvar conectado por USB</translation>
+        <translation>Procurando Aquen ou Solvar conectado via USB</translation>
     </message>
 </context>
 <context>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Error while dropping to boot loader.</source>
-        <translation>Erro ao entrar no bootloader.</translation>
+        <translation>Não foi possível colocar o dispositivo no modo bootloader.</translation>
     </message>
     <message>
         <source>Updating firmware, please leave device connected…</source>
@@ -154,8 +154,8 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
+        <source>%1%</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>

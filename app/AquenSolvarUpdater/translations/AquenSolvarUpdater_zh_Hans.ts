@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Too much data to complete upload.</source>
-        <translation>数据过大，无法完成传输。</translation>
+        <translation>固件过大，设备无法容纳。</translation>
     </message>
     <message>
         <source>No device to update.</source>
@@ -39,7 +39,7 @@
     </message>
     <message>
         <source>Failed to clear device status.</source>
-        <translation>无法清除设备状态。</translation>
+        <translation>无法清除设备的错误状态。</translation>
     </message>
     <message>
         <source>Failed to upload firmware data.</source>
@@ -55,7 +55,7 @@
     </message>
     <message>
         <source>Failed to flash device sector.</source>
-        <translation>无法写入设备扇区。</translation>
+        <translation>无法写入设备的闪存扇区。</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -63,7 +63,7 @@
     </message>
     <message>
         <source>Error state while flashing firmware.</source>
-        <translation>写入固件时设备处于错误状态。</translation>
+        <translation>写入固件时设备报告错误。</translation>
     </message>
     <message>
         <source>Failed to finalize firmware flashing.</source>
@@ -71,7 +71,7 @@
     </message>
     <message>
         <source>Error state while downloading to Aquen/Solvar in &quot;DFU&quot; mode.</source>
-        <translation>向“DFU”模式的 Aquen/Solvar 传输时处于错误状态。</translation>
+        <translation>向 DFU 模式的 Aquen/Solvar 传输数据时，设备报告错误。</translation>
     </message>
 </context>
 <context>
@@ -86,7 +86,7 @@
     </message>
     <message>
         <source>Firmware Up To Date</source>
-        <translation>固件已是最新</translation>
+        <translation>固件已是最新版本</translation>
     </message>
     <message>
         <source>Resume Update</source>
@@ -98,7 +98,7 @@
     </message>
     <message>
         <source>In its bootloader</source>
-        <translation>处于引导加载程序</translation>
+        <translation>处于引导加载程序模式</translation>
     </message>
     <message>
         <source>Update needed</source>
@@ -154,8 +154,8 @@
 <context>
     <name>ProgressBar</name>
     <message>
-        <source>%1 %</source>
-        <translation>%1 %</translation>
+        <source>%1%</source>
+        <translation>%1%</translation>
     </message>
 </context>
 <context>
