@@ -28,7 +28,7 @@ private:
     }
 
     const QString m_searching = "Looking for Aquen or Solvar connected via USB";
-    // A notice during a listing is dropped and logged, which is no fault.
+    // A notification during a listing is dropped and logged, which is not an error.
     const QString m_problems = "^(WARN|ERROR) (?!already enumerating, ignoring$)";
 };
 
@@ -130,7 +130,7 @@ void tst_mainwindow::keyboard()
         const auto* item = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
         QCOMPARE(item->text(QAccessible::Name) + " " + item->text(QAccessible::Description),
                  expected);
-        // The platform without a screen keeps no picture of a window.
+        // The offscreen platform keeps no image of a window.
         const auto grab = m_window->contentItem()->grabToImage();
         QVERIFY(QSignalSpy(grab.data(), &QQuickItemGrabResult::ready).wait());
         QVERIFY2(expected == before || picture.copy(place) != grab->image().copy(place),
