@@ -21,7 +21,7 @@ packages_for() {
             libgl1-mesa-dri ;;
         # The virtual bus, third-party tools that judge the virtual units, and assistive technology.
         test) echo qml-module-qttest umockdev dfu-util usbutils python3 dbus-daemon fonts-wqy-microhei \
-            xvfb xdotool imagemagick at-spi2-core python3-pyatspi openssl strace ;;
+            xvfb xdotool imagemagick at-spi2-core python3-pyatspi strace ;;
         # A screen without a monitor, and what drives a window on it.
         demo) echo umockdev xvfb xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         # A virtual machine that boots parts of Debian's kernel, and what runs in it.
