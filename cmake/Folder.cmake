@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: LicenseRef-Proprietary
 # asu_add_folder(NAME SOURCES file… [PUBLIC target…] [PRIVATE target…] [NO_MOC])
 # The library of one source folder, which is the current one. Its headers are included as
-# "NAME/Header.h" by whoever links it and by nobody else: each library has an include directory of
-# its own, and in it one link to the folder. PUBLIC and PRIVATE are what it links.
+# "NAME/Header.h", and only targets that link it can include them: each library has its own include
+# directory, which holds one link to the folder. PUBLIC and PRIVATE list what it links.
 function(asu_add_folder name)
     cmake_parse_arguments(F "NO_MOC" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     add_library(${name} STATIC ${F_SOURCES})

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: LicenseRef-Proprietary
-# What makes a mistake in the code harder to use against the person who runs it. For ELF platforms;
-# scripts/check-hardening reads all of it back from the built executable.
+# Compiler and linker options that make memory errors harder to exploit. For ELF platforms;
+# scripts/check-hardening checks the built executable for all of them.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 

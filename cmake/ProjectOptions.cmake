@@ -33,7 +33,7 @@ if(ASU_COVERAGE)
     add_link_options(--coverage)
 endif()
 
-# Linked PRIVATE by every target of ours: warnings and the Qt API level.
+# Linked PRIVATE by each of the project's targets: warnings and the Qt API level.
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE -Wall -Wextra -Wconversion -Wshadow
                                                  -Wnon-virtual-dtor -Woverloaded-virtual)

@@ -4,7 +4,7 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# One language and encoding in the output of all tools, whatever the machine's locale.
+# One language and encoding in the output of all tools, regardless of the machine's locale.
 export LC_ALL=C.UTF-8
 
 # A service account may have no writable home.

@@ -43,7 +43,7 @@ RETURNS = ("FirmwareUpdateFinalState", "DefaultState")
 
 
 class DriverError(Exception):
-    """What was expected was not seen."""
+    """An expected event did not occur."""
 
 
 def run(*command):
@@ -110,7 +110,7 @@ class Session:
         while True:
             try:
                 result = condition()
-            except GLib.Error:  # a control that vanished while it was asked
+            except GLib.Error:  # a control that vanished during the query
                 result = None
             if result:
                 return result
@@ -133,7 +133,7 @@ class Session:
         self._window = self.wait(f"a window called {TITLE!r}", 60, search)[0]
         # Nothing manages windows on this display.
         run("xdotool", "windowfocus", "--sync", self._window)
-        # The first question starts the bus for assistive programs, which Qt joins only when it
+        # The first query starts the bus for assistive programs, which Qt joins only when it
         # starts after the program. Without a cache the program itself responds, each time.
         pyatspi.Registry.getDesktop(0).set_cache_mask(Atspi.Cache.NONE)
         self.wait("the window's controls", 30, self._frame)
@@ -150,7 +150,7 @@ class Session:
     def wait_for_height(self, height):
         def same():
             width, actual = self._size()
-            return actual * WIDTH == height * width  # whatever the screen's scale
+            return actual * WIDTH == height * width  # at any scale of the screen
         self.wait(f"a window of {WIDTH} by {height}", 10, same)
 
     def controls(self, *roles, name=None):

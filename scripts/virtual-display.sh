@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: LicenseRef-Proprietary
-# Runs a command on an X server and a session bus of its own, without a monitor, and returns its
-# status.
+# Runs a command on a private X server and session bus, without a monitor, and returns its status.
 #   scripts/virtual-display.sh COMMAND…
 # VIRTUAL_SCREEN is the screen's size and depth, 1024x768x24 by default.
 set -uo pipefail

@@ -36,7 +36,7 @@ function fatal(message) {
     log(QsLog.QsLogHelpers.Fatal, message, undefined, 3);
 }
 
-// Written whatever the logger's level.
+// Written at every threshold of the logger.
 function off(message) {
     log(QsLog.QsLogHelpers.Off, message, undefined, 3);
 }

@@ -8,8 +8,8 @@
 
 namespace VirtualUnit {
 
-/// A USB bus with virtual units. Units that leave by themselves return by themselves. Where clients
-/// see them is up to its host. Any thread may call it.
+/// A USB bus with virtual units. Units that leave by themselves return by themselves. Its host
+/// decides where clients see them. Any thread may call it.
 class Bus
 {
 public:

@@ -13,8 +13,8 @@ namespace {
 
 using Lock = std::lock_guard<std::mutex>;
 
-/// The number that the ioctl's argument begins with: an interface or a configuration. One that no
-/// unit has where it cannot be read.
+/// The number that the ioctl's argument begins with: an interface or a configuration. If it cannot
+/// be read, one that no unit has.
 unsigned firstNumber(UMockdevIoctlClient* client)
 {
     unsigned value = ~0U;

@@ -26,7 +26,7 @@ void onVanished(gpointer served, GObject* client)
 
 void onConnected(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer served)
 {
-    // The testbed has a signal for a client that goes, but never emits it.
+    // The testbed has a signal for a client that disconnects, but never emits it.
     const auto* self = static_cast<Served*>(served);
     ++*self->clients;
     g_object_weak_ref(G_OBJECT(client), &onVanished, new Served(*self));

@@ -8,7 +8,7 @@
 
 namespace VirtualUnit {
 
-/// How many clients have a node of the bus open, those of units that are gone included.
+/// How many clients have a node of the bus open, including nodes of removed units.
 using P_ClientCount = std::shared_ptr<std::atomic<int>>;
 
 /// Makes the object that the testbed calls for the ioctls of a node. It keeps the node alive, and

@@ -91,9 +91,9 @@ Testbed::Testbed()
 Testbed::~Testbed()
 {
     m_scheduler->stop();
-    // A client waits indefinitely when the testbed is gone in which its ioctls are handled. One
-    // that closes is noticed a moment later; where one stays, the testbed has to stay, without its
-    // files.
+    // Without the testbed that handles its ioctls, a client blocks indefinitely. A client that
+    // closes its node is noticed after a delay. If one keeps its node open, the testbed stays,
+    // without its files.
     for (int i = 0; i < 20 && *m_clients > 0; ++i)
         std::this_thread::sleep_for(milliseconds(10));
     if (*m_clients == 0)
@@ -136,7 +136,7 @@ Address Testbed::add(unsigned port, const P_Unit& unit, const OnDeparture& onDep
     const std::string node = nodePath(attachment.device);
     attachment.node = std::make_shared<DeviceNode>(unit, m_scheduler, m_root + node, onDeparture);
     attachment.handler = serveIoctls(attachment.node, m_clients);
-    // The node works before anyone hears of it.
+    // The node works before the uevent announces it.
     GError* error = nullptr;
     const gboolean ok = umockdev_testbed_attach_ioctl(m_testbed.get(), node.c_str(),
                                                       attachment.handler.get(), &error);

@@ -5,12 +5,12 @@
 
 namespace VirtualUnit {
 
-/// A USB bus of this process and the children it starts: while it lives they see it, and it alone,
-/// below /sys and /dev, so that the real libusb finds the units. No rights are needed.
+/// A USB bus of this process and the children that it starts: while it exists, they see this bus
+/// only below /sys and /dev, so that the real libusb finds the units. Needs no rights.
 ///
 /// The process has to run with umockdev's library preloaded (see available()). One bus at a time.
-/// Limits: hosts can miss an arrival or an absence shorter than 100 ms. When it is destroyed,
-/// clients that have a unit open cost 200 ms.
+/// Limits: hosts can miss an arrival or an absence shorter than 100 ms. Destruction takes 200 ms if
+/// clients have a unit open.
 class VirtualBus : public Bus
 {
 public:

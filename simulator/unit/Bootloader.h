@@ -11,7 +11,7 @@ namespace VirtualUnit {
 ///
 /// A download is only stored; the first GETSTATUS reports dfuDNBUSY and starts the work, a later
 /// one, after the work time, reports the result. A request that the state does not allow is refused
-/// and leads to dfuERROR. Not thread-safe; the unit locks. Time comes in from outside.
+/// and leads to dfuERROR. Not thread-safe; the unit locks. The caller supplies the time.
 class Bootloader
 {
 public:
@@ -22,7 +22,7 @@ public:
     {
     }
 
-    /// Settles, then is as after power-up: dfuIDLE, nothing pending.
+    /// Settles, then resets to the state after power-up: dfuIDLE, nothing pending.
     void reset(Clock::time_point now);
 
     Response handle(const SetupPacket& setup, const Bytes& data, Clock::time_point now);

@@ -17,7 +17,7 @@ enum class Mode
     Bootloader,
 };
 
-/// Who a unit is on the bus.
+/// The identity of a unit on the bus.
 struct Identity
 {
     Kind kind = Kind::Aquen;

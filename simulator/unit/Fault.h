@@ -8,7 +8,7 @@
 
 namespace VirtualUnit {
 
-/// Something that goes wrong at a chosen request. A plain value, given to Unit::addFault.
+/// A fault at a chosen request. A plain value, given to Unit::addFault.
 struct Fault
 {
     enum class Action
@@ -17,7 +17,7 @@ struct Fault
         Silence,     ///< do not respond; the unit did not see the request
         ShortAnswer, ///< cut the response to `value` bytes
         FailStatus,  ///< bootloader: fail with bStatus `value` (a download when its work is done)
-        LeaveBus,    ///< leave the bus instead of responding; it returns as the overrides say
+        LeaveBus,    ///< leave the bus instead of responding; it returns as the overrides specify
         NeverReturn, ///< from here on, once the unit has left it stays away
         StayBusy,    ///< bootloader: `value` further GETSTATUS report dfuDNBUSY
         Delay,       ///< respond `value` milliseconds later

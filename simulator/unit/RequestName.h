@@ -12,8 +12,8 @@ namespace VirtualUnit {
 /// "clrstatus", "getstate", "abort", "detach", "descriptor", "string", "standard", "other".
 std::string requestName(const SetupPacket& setup, const Bytes& data);
 
-/// Whether the request has that name. "any" matches every request, "dnload" every DNLOAD whatever
-/// it carries.
+/// Whether the request has that name. "any" matches every request, "dnload" every DNLOAD with any
+/// payload.
 bool matchesName(const std::string& name, const SetupPacket& setup, const Bytes& data);
 
 /// Whether matchesName() knows that name.

@@ -11,7 +11,7 @@ namespace VirtualUnit {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-/// A unit leaves the bus by itself, and perhaps comes back.
+/// A unit leaves the bus by itself and may return.
 struct Departure
 {
     milliseconds after{0};                   ///< from the response to the disappearance

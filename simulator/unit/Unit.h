@@ -13,14 +13,14 @@
 
 namespace VirtualUnit {
 
-/// What a unit is at first.
+/// The initial state of a unit.
 struct UnitSetup
 {
     Kind kind = Kind::Aquen;
     Mode mode = Mode::Application;
     std::string serialName = "Virtual unit";
     /// Version of the image in its flash. Without one the flash is erased: such a unit starts as a
-    /// bootloader whatever `mode` says, as after an interrupted update.
+    /// bootloader regardless of `mode`, as after an interrupted update.
     std::optional<std::string> firmware;
     std::string usbSerial = "000000000001";
 };
@@ -35,23 +35,23 @@ class Unit
 public:
     using Now = std::function<Clock::time_point()>;
 
-    /// Why a unit is gone.
+    /// Why a unit left the bus.
     enum class Reason
     {
         Restarted, ///< it left by itself, as its last Response announced
         Unplugged, ///< it lost power: a request to enter the bootloader is forgotten
     };
 
-    /// @p now is where the unit takes the time from. Throws std::invalid_argument for a firmware
-    /// that makes no image.
+    /// @p now supplies the current time. Throws std::invalid_argument for a firmware version of
+    /// which no image can be made.
     explicit Unit(const UnitSetup& setup, Now now = &Clock::now);
 
     // For the bus.
 
     /// Handles one control request. @p data is what the host sends, empty for an IN request.
     Response control(const SetupPacket& setup, const Bytes& data);
-    /// The unit got power. From the second time on it starts the application if its flash holds a
-    /// valid one, else the bootloader.
+    /// The unit is powered on. From the second time on it starts the application if its flash holds
+    /// a valid one, else the bootloader.
     void arrive();
     void leave(Reason reason);
     /// The host resets the port: the unit's mode stays, a bootloader goes back to dfuIDLE.

@@ -17,7 +17,7 @@ namespace {
 const std::string driver = "/sys/devices/platform/vhci_hcd.0/";
 
 constexpr unsigned stateFree = 4; // VDEV_ST_NULL
-constexpr unsigned deviceId = 2;  // what a remote machine would call the unit: any number does
+constexpr unsigned deviceId = 2;  // the unit's number on a remote machine: any number works
 constexpr unsigned speedFull = 2; // USB_SPEED_FULL
 
 /// The ports for units of full speed: the driver's number and state of each.
@@ -54,7 +54,7 @@ unsigned KernelHost::ports() const
 
 bool KernelHost::waitUntilFree(unsigned port) const
 {
-    // The driver takes a moment to let go of a unit that left.
+    // The driver needs a moment to release a unit that left.
     constexpr int attempts = 500;
     for (int i = 0; i < attempts; ++i) {
         if (readPorts()[m_ports.at(port - 1)] == stateFree)

@@ -29,7 +29,7 @@ UsbipConnection::~UsbipConnection()
 
 void UsbipConnection::serve()
 {
-    // A control transfer carries at most 65535 bytes: more is no message of the kernel's.
+    // A control transfer carries at most 65535 bytes: the kernel sends no larger length.
     constexpr std::uint32_t maximumLength = 0xFFFF;
     std::array<std::uint8_t, sizeof(Header)> wire{};
     while (receive(wire.data(), wire.size())) {

@@ -10,7 +10,7 @@
 namespace VirtualUnit {
 
 /// A unit at the far end of a socket that carries USB/IP, served by its own thread until the socket
-/// is closed or the connection is destroyed: to the kernel that is a pulled cable.
+/// is closed or the connection is destroyed, which the kernel treats as a removal.
 ///
 /// A late response delays the requests behind it. USB/IP has no message for a reset of the port:
 /// the unit does not notice one.

@@ -102,7 +102,7 @@ int run(const QCommandLineParser& parser)
 
 int main(int argc, char** argv)
 {
-    // Arguments and file names pass through byte by byte, in whatever encoding they are.
+    // Arguments and file names pass through byte by byte, in any encoding.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     blockSignals();
     const QCoreApplication application(argc, argv);

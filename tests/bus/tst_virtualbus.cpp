@@ -31,8 +31,7 @@ private slots:
             unsigned char bytes[6] = {};
             return libusb_control_transfer(handles[i], 0xA1, 3, 0, 0, bytes, 6, timeout);
         };
-        // The claim excludes others, from requests to the interface as well, until it is given
-        // back.
+        // A claim excludes others, also from requests to the interface, until it is released.
         QCOMPARE(libusb_claim_interface(handles[0], 0), 0);
         QCOMPARE(libusb_claim_interface(handles[1], 0), int(LIBUSB_ERROR_BUSY));
         QVERIFY(status(1, 5000) < 0);
@@ -57,7 +56,7 @@ private slots:
         libusb_handle_events_timeout_completed(contexts[1], &half, nullptr);
         QVERIFY(std::clock() - before < CLOCKS_PER_SEC / 10);
 
-        // The unit that comes back has another number; who has the old one open is rid of it.
+        // The unit returns with another number; a client that has the old one open loses it.
         const int number = bus->address(unit).device;
         bus->replug(unit, milliseconds(0));
         QVERIFY(bus->waitUntilSettled(milliseconds(5000)) && bus->isPlugged(unit));

@@ -46,7 +46,7 @@ inline QByteArray envelopeOfBody(quint64 key, const QByteArray& body, quint8 fla
 }
 
 /// An envelope around a payload as it is stored, with the integrity bytes that @p flags ask for;
-/// the checksum wins over the hash. The caller compresses the payload where a flag says so.
+/// the checksum wins over the hash. The caller compresses the payload if @p flags require it.
 inline QByteArray envelope(quint64 key, const QByteArray& payload, quint8 flags = checksumFlag,
                            char seed = 'R', char version = 3)
 {

@@ -24,7 +24,7 @@ namespace {
 
 void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
-    // The platform without a screen has nobody to pass size limits to.
+    // The offscreen platform cannot pass on size hints.
     if (type != QtDebugMsg && type != QtInfoMsg && !text.contains("propagateSizeHints"))
         QTest::qFail(qPrintable(text), __FILE__, __LINE__);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 // From the text of Logging.ini to the lines in files and on the console. Levels and destinations
-// are process-wide and only ever add up: each case uses logger names of its own.
+// are process-wide and cumulative: each case uses its own logger names.
 #include "Common/Logging/IniDocument.h"
 #include "Common/Logging/LoggingConfiguration.h"
 #include "Common/Logging/LoggingStartup.h"
@@ -34,7 +34,7 @@ class LoggingTest : public QObject
     }
     static int levelOf(const QString& name) { return int(getLogger(name)->loggingLevel()); }
 
-    // What standard error gets meanwhile.
+    // What the action writes to standard error.
     QString consoleOf(const std::function<void()>& action) const
     {
         QFile capture(m_files.put("stderr.txt"));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-// A firmware download keeps the system awake. A login manager in this program responds on a message
-// bus of the test's own.
+// A firmware download keeps the system awake. A login manager in this program responds on a
+// private message bus.
 #include "update/DFUDownloadJob.h"
 
 #include <QDBusConnection>

@@ -57,13 +57,14 @@ QString tst_languages::misfit() const
         QRectF seen = painted;
         bool fits = !text->property("truncated").toBool();
         for (const QQuickItem* around = text->parentItem(); around; around = around->parentItem()) {
-            const QRectF room = around->mapRectToScene(around->boundingRect());
+            const QRectF bounds = around->mapRectToScene(around->boundingRect());
             const QQuickItem* next = around->parentItem();
             // What a list scrolls is as wide as it likes; the list itself comes next.
-            if (room.isEmpty() || (next != nullptr && next->inherits("QQuickFlickable")))
+            if (bounds.isEmpty() || (next != nullptr && next->inherits("QQuickFlickable")))
                 continue;
-            fits = fits && painted.left() > room.left() - 1 && painted.right() < room.right() + 1;
-            seen = around->clip() ? seen & room : seen;
+            fits =
+                fits && painted.left() > bounds.left() - 1 && painted.right() < bounds.right() + 1;
+            seen = around->clip() ? seen & bounds : seen;
         }
         for (const QRectF& other : qAsConst(taken))
             fits = fits && !seen.adjusted(1, 2, -1, -2).intersects(other);

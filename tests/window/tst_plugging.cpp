@@ -79,7 +79,7 @@ void tst_plugging::plugStorm()
     units["Aquen (Update)"] = m_bus.plugBootloader(Kind::Aquen);
     units["Solvar (Update)"] = m_bus.plugBootloader(Kind::Solvar);
     std::mt19937 random(1);
-    // Around the time of a listing, so that notices arrive before, within and after one.
+    // Around the time of a listing, so that notifications arrive before, during and after one.
     for (int event = 0; event < 200; ++event) {
         const P_Unit unit = std::next(units.begin(), int(random() % 6)).value();
         if (m_bus.bus().isPlugged(unit))
@@ -194,7 +194,7 @@ void tst_plugging::noPermission()
     QCOMPARE(update(), m_success);
 }
 
-// An update runs while the log cannot grow, and the log goes on when there is room again.
+// An update runs while the log cannot grow, and logging resumes when there is space again.
 void tst_plugging::fullDisk()
 {
     const TempFiles files;
@@ -205,14 +205,14 @@ void tst_plugging::fullDisk()
     const P_Unit unit = m_bus.plugApplication("A-1", "1.2.0");
     QVERIFY(waitFor([&] { return !listed().isEmpty(); }));
     std::signal(SIGXFSZ, SIG_IGN);
-    rlimit room = {};
-    getrlimit(RLIMIT_FSIZE, &room);
-    const rlimit full = {rlim_t(files.get("full.log").size()), room.rlim_max};
+    rlimit usual = {};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const rlimit full = {rlim_t(files.get("full.log").size()), usual.rlim_max};
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &full), 0);
     QCOMPARE(update(), m_success);
     const QByteArray line = "runs firmware \"1.3.1\"";
     QVERIFY(!files.get("full.log").contains(line));
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &room), 0);
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &usual), 0);
     replug(unit);
     QVERIFY(waitFor([&] { return files.get("full.log").contains(line); }));
     QCOMPARE(toByteArray(unit->applicationContent()), m_aquenImage);

@@ -44,7 +44,7 @@ void defineOptions(QCommandLineParser& parser)
 }
 
 // Handles the options that need no display, before the application object exists.
-std::optional<int> answerOptions(int argc, char** argv)
+std::optional<int> handleEarlyOptions(int argc, char** argv)
 {
     QCommandLineParser parser;
     defineOptions(parser);
@@ -98,7 +98,7 @@ static void InitializeApplication(const QString& applicationName)
 int main(int argc, char** argv)
 {
     QsLogging::surviveClosedDebugOutput();
-    if (const std::optional<int> status = answerOptions(argc, argv))
+    if (const std::optional<int> status = handleEarlyOptions(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // A Wayland desktop finds the window's menu entry and icon by this name.

@@ -13,7 +13,7 @@ class CppToQml : public QObject
 public:
     using QObject::QObject;
 
-    /// Called by QML assertions. Does nothing in this build, whatever @p test is.
+    /// Called by QML assertions. Does nothing in this build, even if @p test is false.
     Q_INVOKABLE static void qml_assert(bool test, const QString& method, const QString& file,
                                        int line, const QString& message);
 };

@@ -7,8 +7,6 @@
 
 #include <QCoreApplication>
 
-#include <cstring>
-
 namespace USB {
 
 namespace {

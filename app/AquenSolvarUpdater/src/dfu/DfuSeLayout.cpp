@@ -23,7 +23,7 @@ struct SectorGroup
 bool scanSectorGroup(const char* cursor, SectorGroup& group)
 {
     // The widths keep a number within 64 bits: a longer one is undefined behaviour. The type
-    // letters have a count of their own, since they may be missing at the end of the text.
+    // letters are counted separately: they may be missing at the end of the text.
     int withoutTypes = 0;
     int withTypes = 0;
     // NOLINTNEXTLINE(cert-err34-c): see above

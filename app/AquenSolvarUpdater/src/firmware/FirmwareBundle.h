@@ -20,8 +20,7 @@ enum FirmwareReadResult : int
     FirmwareFileUnreadable = 2, ///< cannot be opened or read, is no regular file, or is too large
     FirmwareMagicWrong = 3,
     FirmwareFormatUnknown = 4,
-    FirmwareCipherFailed =
-        5, ///< the cipher rejects the payload, or it unpacks to more than allowed
+    FirmwareCipherFailed = 5, ///< the cipher rejects the payload, or it unpacks to too much
     FirmwareLengthWrong = 6,
     FirmwareChecksumWrong = 7
 };
@@ -33,8 +32,8 @@ constexpr int largestFirmwareBundle = 16 * 1024 * 1024;
 /// version 1 and the firmware version as signed 32-bit, the enciphered image as QByteArray, the
 /// image's length as signed 32-bit and its CRC-16 (ISO 3309) as signed 16-bit. Reads all fields,
 /// then checks them in this order. A missing field counts as zero or empty, so a truncated bundle
-/// always fails, at the first field that it lacks. Ignores bytes after the last field. Memory stays
-/// bounded whatever lengths the bytes claim. Pure; any thread.
+/// always fails, at the first field that it lacks. Ignores bytes after the last field. Memory use
+/// is bounded regardless of the lengths in the bytes. Pure; any thread.
 /// @return a FirmwareReadResult; @p out changes only when that is FirmwareRead
 int parseFirmwareBundle(const QByteArray& bytes, FirmwareBundle& out);
 

@@ -16,9 +16,8 @@ public:
     /// @param directory holds the lock file; created by checkIsFirst() if missing
     explicit InstanceGuard(const QString& directory);
 
-    /// @return true for the first copy, and when this is unknown (no directory, no permission),
-    /// which
-    ///         is logged; otherwise false, reported in the log and on standard error
+    /// @return true for the first copy, and when this is unknown (no directory or no permission,
+    ///         which is logged); otherwise false, reported in the log and on standard error
     bool checkIsFirst();
 
 private:

@@ -11,7 +11,7 @@
 namespace AquenSolvar::Tasks {
 
 /// One firmware update of one unit whose bootloader runs, for the user interface: opens the unit,
-/// picks the newest shipped firmware and flashes it on a thread of its own. GUI thread; usually
+/// picks the newest shipped firmware and flashes it on another thread. GUI thread; usually
 /// owned by QML. Destruction does not stop a running download.
 class AquenSolvarFirmwareUpdateTask : public QObject,
                                       public QEnableSharedFromThis<AquenSolvarFirmwareUpdateTask>

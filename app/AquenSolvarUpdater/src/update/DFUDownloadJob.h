@@ -12,7 +12,7 @@
 
 namespace AquenSolvar::Device {
 
-/// Writes one firmware image into a unit whose bootloader runs, on a thread of its own. For each
+/// Writes one firmware image into a unit whose bootloader runs, on its own thread. For each
 /// chunk of the unit's transfer size it erases flash, sets the address and writes; at the end a
 /// zero-length download makes the unit start the new firmware (DfuSe application note). Runs once.
 /// Every failure ends the run: the job neither retries nor resets the unit's status.

@@ -30,9 +30,8 @@ public:
     };
     using Owner = std::unique_ptr<Poster, DeleteWhenIdle>;
 
-    /// @param responseTimeout milliseconds after which a post without a response is aborted, so
-    /// that
-    ///        posts to a silent server do not accumulate
+    /// @param responseTimeout milliseconds after which a post without a response is aborted;
+    ///        otherwise posts to a silent server would accumulate
     Poster(std::unique_ptr<QNetworkAccessManager> manager, const QUrl& endpoint,
            int responseTimeout, FailureReport report);
 

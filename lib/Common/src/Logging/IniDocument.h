@@ -43,7 +43,7 @@ public:
     /// Reads a UTF-8 text, with or without a byte order mark, with LF or CR LF line ends. Each line
     /// is blank, a comment (first non-blank character ";" or "#"), a section "[name]" or
     /// "key=value"; blanks around names and values are trimmed. Anything else, an empty section
-    /// name or key and a NUL byte included, is a parse error: the result is none. Settings above
+    /// name or key and a NUL byte included, is a parse error and gives no document. Settings above
     /// the first section are ignored. Pure; any thread.
     static std::optional<IniDocument> parse(const QByteArray& text);
 

@@ -13,8 +13,8 @@ namespace Common {
 /// section's logger gets Info instead of Trace and Debug; the default level is not limited. Loads
 /// are cumulative: nothing is reset before a load.
 ///
-/// False, with nothing changed, if the file is missing, unreadable or invalid. Truncate sizes are
-/// reported through qDebug(). Main thread.
+/// @return false, with nothing changed, if the file is missing, unreadable or invalid. Truncate
+/// sizes are reported through qDebug(). Main thread.
 bool loadLoggingConfiguration(const QString& iniPath, const QString& logDirectory,
                               bool allowDebugLevels);
 

@@ -24,7 +24,7 @@ HOME = pathlib.Path("/home/member")
 
 
 class CheckError(Exception):
-    """What was expected was not seen."""
+    """An expected event did not occur."""
 
 
 def wait(what, condition, seconds=120):
@@ -64,11 +64,11 @@ def order(line):
 
 @contextlib.contextmanager
 def units(*setups):
-    """Units on the kernel's bus; their report is units.txt in the end."""
+    """Units on the kernel's bus; their final report is units.txt."""
     command = [LENT / "virtualbus", "--kernel", "--report", RESULTS / "units.txt", "--control", CONTROL]
     for setup in setups:
         command += ["--unit", setup]
-    # The bus lives until the command, which reads from here, meets the end.
+    # The bus lives until the command, which reads from this pipe, reaches its end.
     with subprocess.Popen([*command, "--", "cat"], stdin=subprocess.PIPE) as bus:
         wait("the control pipe", CONTROL.exists)
         CONTROL.chmod(0o622)
@@ -144,7 +144,7 @@ def main():
         try:
             check()
             result = "passed"
-        except Exception:  # whatever it was, the next check is still made
+        except Exception:  # the next check runs after any failure
             traceback.print_exc()
             result = "FAILED"
         line = f"{result} {check.__name__} ({time.monotonic() - started:.0f} s)"
