@@ -31,13 +31,14 @@ struct Driver
     }
 
     /// Numbers are hexadecimal: "set:ADDRESS", "erase:ADDRESS", "write:BLOCK:LENGTH[:BYTE]",
-    /// "up:BLOCK:LENGTH", "wait:MILLISECONDS", "st" (GETSTATUS), and "work" for what ends a
+    /// "wait:MILLISECONDS", "st" (GETSTATUS), and "work" for what ends a
     /// download.
     Response step(const QString& text)
     {
-        static const std::map<QString, SetupPacket> requests = {
-            {"st", {0xA1, 3, 0, 0, 6}}, {"state", {0xA1, 5, 0, 0, 1}}, {"end", {0x21, 1}},
-            {"clear", {0x21, 4}},       {"abort", {0x21, 6}},          {"detach", {0x21, 0}}};
+        static const std::map<QString, SetupPacket> requests = {{"st", {0xA1, 3, 0, 0, 6}},
+                                                                {"end", {0x21, 1}},
+                                                                {"clear", {0x21, 4}},
+                                                                {"abort", {0x21, 6}}};
         const QString verb = text.section(':', 0, 0);
         const auto number = [&text](int at) {
             return text.section(':', at, at).toUInt(nullptr, 16);
@@ -47,8 +48,6 @@ struct Driver
             return steps("st wait:14 st");
         if (verb == "write")
             return download(block, Bytes(number(2), static_cast<std::uint8_t>(number(3))));
-        if (verb == "up")
-            return unit.control({0xA1, 2, block, 0, static_cast<std::uint16_t>(number(2))}, {});
         if (verb == "set" || verb == "erase") {
             Bytes command = {static_cast<std::uint8_t>(verb == "set" ? 0x21 : 0x41), 0, 0, 0, 0};
             writeNumber(&command[1], 4, number(1));
@@ -94,10 +93,7 @@ private slots:
         row("no download over another", "erase:08003800 erase:08004000", stall, 15, 10);
         row("no request while busy", "erase:08003800 st abort", stall, 15, 10);
         row("no end without a download", "end", stall, 15, 10);
-        row("no upload amid a download", "set:08003800 work up:2:10", stall, 15, 10);
-        row("nothing to clear", "clear", stall, 15, 10);
         row("an error is cleared", "clear clear", ack, 0, 2);
-        row("no abort out of an error", "clear abort", stall, 15, 10);
         row("block 1 is reserved", "write:1:10", stall, 15, 10);
         row("unknown command", "write:0:1:92", stall, 15, 10);
         row("block over the transfer size", "set:08003800 work write:2:801", stall, 15, 10);
@@ -111,11 +107,8 @@ private slots:
             "set:08003800 work write:2:9 work erase:08003FFF work write:2:9:5A work", data, 0, 5);
         row("only that page is erased",
             "set:08003800 work write:2:9 work erase:08004000 work write:2:9:5A work", data, 6, 10);
-        row("short upload ends it", "up:0:10 state", data, 0, 2);
-        row("full upload goes on", "up:0:3 state", data, 0, 9);
         row("the end begins the manifestation", "set:08003800 work end st", data, 0, 7);
         row("then it is deaf", "set:08003800 work end st st", silence, 0, 7);
-        row("detach leaves", "detach", ack, 0, 2);
     }
 
     void bootloader()
@@ -133,31 +126,6 @@ private slots:
         // GETSTATUS moves on from some states: where it was the last step its response counts.
         const Bytes report = last.data.size() == 6 ? last.data : driver.step("st").data;
         QCOMPARE(static_cast<int>(report.at(0)), status);
-    }
-
-    void faults()
-    {
-        Driver driver;
-        Unit& unit = driver.unit;
-        unit.adjust([](Overrides& overrides) { overrides.eraseTime = milliseconds(300); });
-        unit.addFault(Fault::on("erase", Fault::Action::FailStatus, 4, 2));
-        QCOMPARE(driver.steps("erase:08003800 st").data, (Bytes{0, 0x2C, 0x01, 0, 4, 0})); // 300 ms
-        driver.now += milliseconds(300);
-        unit.adjust([](Overrides& overrides) { overrides.eraseTime = milliseconds(0); });
-        QCOMPARE(driver.steps("st erase:08003800 work").data, (Bytes{4, 0, 0, 0, 10, 0}));
-        unit.addFault(Fault::on("set-address", Fault::Action::StayBusy, 3));
-        QCOMPARE(driver.steps("clear set:08003800 st st st st").data.at(4), std::uint8_t{4});
-        QCOMPARE(driver.step("st").data.at(4), std::uint8_t{5});
-        unit.addFault(Fault::on("write", Fault::Action::StayBusy, Fault::Forever));
-        driver.steps("write:2:10 st");
-        for (int i = 0; i < 200; ++i)
-            QCOMPARE(driver.steps("wait:3E8 st").data.at(4), std::uint8_t{4});
-        unit.clearFaults();
-        unit.addFault(Fault::at(2, Fault::Action::LeaveBus));
-        unit.addFault(Fault::at(2, Fault::Action::NeverReturn));
-        QVERIFY(!driver.step("st").departure);
-        const Response gone = driver.step("st");
-        QVERIFY(gone.kind == silence && gone.departure && !gone.departure->returnAfter);
     }
 
     void flashing()
@@ -189,19 +157,6 @@ private slots:
         }
         QCOMPARE(unit.firmwareVersion(), std::string("1.3.1"));
         QVERIFY(unit.applicationContent() == image);
-    }
-
-    void images()
-    {
-        Bytes image = makeImage(1000, "1.3.1");
-        for (const std::size_t at : {0UL, 33UL, 41UL, 45UL, 61UL, 999UL}) {
-            image[at] ^= 0x10;
-            QCOMPARE(readImage(image).length, std::size_t{0});
-            image[at] ^= 0x10;
-        }
-        QCOMPARE(readImage(makeImage(64, "1")).length, std::size_t{64});
-        image.resize(5000, 0xFF);
-        QCOMPARE(readImage(image).length, std::size_t{1000});
     }
 };
 

@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 // Units that come, go and change in ways that no single update shows, and windows that are closed.
-#include "Common/Logging/LoggingStartup.h"
-#include "support/TempFiles.h"
 #include "support/UpdaterSession.h"
 
-#include <csignal>
 #include <linux/capability.h>
 #include <random>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -28,7 +24,6 @@ private slots:
     void closedInEveryState_data();
     void closedInEveryState();
     void noPermission();
-    void fullDisk();
 
 private:
     QMap<QString, P_Unit> plugFour(const std::string& firmware);
@@ -192,30 +187,6 @@ void tst_plugging::noPermission()
     waitFor([] { return false; }, 150);
     m_bus.bus().plug(unit);
     QCOMPARE(update(), m_success);
-}
-
-// An update runs while the log cannot grow, and logging resumes when there is space again.
-void tst_plugging::fullDisk()
-{
-    const TempFiles files;
-    Common::startLogging({files.root(),
-                          files.put("Logging.ini", "[default]\nlevel=TRACE\nfile=full.log\n"),
-                          files.path("none.ini")},
-                         false);
-    const P_Unit unit = m_bus.plugApplication("A-1", "1.2.0");
-    QVERIFY(waitFor([&] { return !listed().isEmpty(); }));
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit usual = {};
-    getrlimit(RLIMIT_FSIZE, &usual);
-    const rlimit full = {rlim_t(files.get("full.log").size()), usual.rlim_max};
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &full), 0);
-    QCOMPARE(update(), m_success);
-    const QByteArray line = "runs firmware \"1.3.1\"";
-    QVERIFY(!files.get("full.log").contains(line));
-    QCOMPARE(setrlimit(RLIMIT_FSIZE, &usual), 0);
-    replug(unit);
-    QVERIFY(waitFor([&] { return files.get("full.log").contains(line); }));
-    QCOMPARE(toByteArray(unit->applicationContent()), m_aquenImage);
 }
 
 QTEST_MAIN(tst_plugging)
