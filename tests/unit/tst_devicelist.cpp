@@ -100,6 +100,8 @@ private slots:
         AquenSolvarListModel model;
         model.addAqSolWatcher(&watcher);
         QSignalSpy dfu(&watcher, &AquenSolvarWatcher::addedDFUDevice);
+        int listed = 0; // an update begins with the later signal
+        connect(&watcher, &AquenSolvarWatcher::addedDFUDevice, [&] { listed = model.count(); });
         const auto solvar = USB::P_LibUsbDevice::create(); // no libusb device: nothing opens it
         const auto aquen = USB::P_LibUsbDevice::create();
         solvar->descriptor.idProduct = 0x0C06;
@@ -107,6 +109,7 @@ private slots:
         QVERIFY(!watcher.cb_libusbDeviceAdded(USB::P_LibUsbDevice::create()));
         QVERIFY(!watcher.cb_libusbDeviceAdded(solvar));
         QCOMPARE(names(model), QStringLiteral("Solvar (Update)"));
+        QCOMPARE(listed, 1);
         const auto* device = dfu.value(0).value(0).value<I_Device*>();
         QVERIFY(device && device->deviceType() == 3 && device->needsUpdate() && device->isDfu());
         QVERIFY(device->sectionName() == "DFU Devices" && device->sortOrder() == 0);
