@@ -169,6 +169,9 @@ void tst_mainwindow::keyboard()
         press(Qt::Key_Tab, stops.at(stops.indexOf(stop) + 1));
     plug("0", units.size() + 1);
     press(Qt::Key_Shift, stop);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+    QCoreApplication::sendEvent(m_window, &held);
+    QVERIFY(!m_log->contains("INFO", "Selected device serial: " + stop.mid(1)));
     QTest::keyClick(m_window, Qt::Key_Return);
     QVERIFY(waitFor([&] { return isDone(); }));
     QTest::keyClick(m_window, Qt::Key_Enter);
