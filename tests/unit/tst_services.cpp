@@ -65,6 +65,7 @@ private slots:
             {Reference::envelopeOfBody(key, "x", 2), 3},
             {Reference::envelopeOfBody(key, QByteArray(19, 'x'), 4), 3},
             {envelope(key, "abc", 1), 3},
+            {envelope(key, "x", 2 | 4), 0}, // the checksum counts
             {envelope(key, qCompress("cut short").chopped(6), 1), 3},
             {envelope(key, qCompress(QByteArray(1000, 'a')), 1), 0},
             {envelope(key, tooLong, 1), 3},
