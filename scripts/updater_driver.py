@@ -242,7 +242,7 @@ class Session:
             if bar.name not in texts:
                 texts.append(bar.name)
                 print(f"  bar: {bar.name}", flush=True)
-            percent = re.fullmatch(r"(\d+) %", bar.description)
+            percent = re.fullmatch(r"(\d+)%", bar.description)
             if percent and int(percent[1]) not in percents:
                 percents.append(int(percent[1]))
                 if 40 <= percents[-1] < 90 and not (self._pictures / during).exists():
@@ -253,7 +253,7 @@ class Session:
         (self._pictures / during).unlink(missing_ok=True)
         self.wait("the button \"Done\"", 180, ended)
         bar = self.controls(BAR)[0]
-        if bar.name != end or bar.description != "100 %":
+        if bar.name != end or bar.description != "100%":
             raise DriverError(f"the update ended with {bar.name!r} at {bar.description}")
         if len(percents) < 4 or percents != sorted(percents):
             raise DriverError(f"the progress was {percents}")
