@@ -33,6 +33,7 @@ Bus::Slot* Bus::find(const P_Unit& unit) const
 
 Bus::Slot& Bus::findOrAdd(const P_Unit& unit)
 {
+    // cppcheck-suppress constVariable; it is returned as it is
     if (Slot* known = find(unit))
         return *known;
     if (m_slots.size() >= m_host->ports())

@@ -81,10 +81,10 @@ Response Unit::respondWithFaults(const SetupPacket& setup, const Bytes& data)
 Response Unit::control(const SetupPacket& setup, const Bytes& data)
 {
     const Lock lock(m_mutex);
-    const Mode mode = m_identity.mode;
+    const Mode before = m_identity.mode;
     Response response = respondWithFaults(setup, data);
     m_trace.push_back(
-        {m_now(), mode, requestName(setup, data), setup, data, response.kind, response.data});
+        {m_now(), before, requestName(setup, data), setup, data, response.kind, response.data});
     return response;
 }
 

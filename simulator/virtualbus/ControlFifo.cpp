@@ -51,7 +51,8 @@ ControlFifo::ControlFifo(const QString& path, Bus& bus, const std::vector<Labell
                      QFile::AutoCloseHandle))
         throw std::invalid_argument("not a FIFO that can be read: " + name.toStdString());
     m_notifier = std::make_unique<QSocketNotifier>(m_fifo.handle(), QSocketNotifier::Read);
-    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, [this] { readLines(); });
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
+                     [this] { readLines(); });
 }
 
 ControlFifo::~ControlFifo()
@@ -109,7 +110,8 @@ Fault ControlFifo::fault(const QStringList& words)
         throw std::invalid_argument("unknown action: " + words.value(0).toStdString());
     QMap<QString, QString> options = {
         {"on", "any"}, {"first", "1"}, {"times", "1"}, {"value", "0"}};
-    for (const QString& word : words.mid(1)) {
+    const QStringList settings = words.mid(1);
+    for (const QString& word : settings) {
         const QString key = word.section('=', 0, 0);
         if (!options.contains(key))
             throw std::invalid_argument("unknown option of a fault: " + word.toStdString());

@@ -14,7 +14,7 @@ namespace VirtualUnit {
 
 namespace {
 
-const std::string library = "libumockdev-preload.so.0";
+constexpr char library[] = "libumockdev-preload.so.0";
 
 /// The sanitizer runtime of this program, if any: it has to be the first in the list.
 std::string sanitizerRuntime()
@@ -37,7 +37,8 @@ void ensurePreload(char** arguments)
     const char* before = std::getenv("LD_PRELOAD");
     std::string list = before != nullptr ? before : "";
     if (list.find(library) != std::string::npos)
-        throw std::runtime_error(library + " cannot be loaded: is umockdev installed?");
+        throw std::runtime_error(std::string(library) +
+                                 " cannot be loaded: is umockdev installed?");
     list = sanitizerRuntime() + ' ' + library + ' ' + list;
     setenv("LD_PRELOAD", list.c_str(), 1);
     execv("/proc/self/exe", arguments);

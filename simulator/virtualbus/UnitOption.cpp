@@ -37,7 +37,8 @@ LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& be
     setup.usbSerial = std::string(12 - number.size(), '0') + number;
 
     LabelledUnit unit;
-    for (const QString& part : parts.mid(1)) {
+    const QStringList settings = parts.mid(1);
+    for (const QString& part : settings) {
         const QString key = part.section('=', 0, 0);
         const QString value = part.section('=', 1);
         if (key == QLatin1String("serial") && part != key)

@@ -66,7 +66,8 @@ void writeImage(const QString& order)
 int run(const QCommandLineParser& parser)
 {
     std::vector<LabelledUnit> units;
-    for (const QString& option : parser.values("unit"))
+    const QStringList options = parser.values("unit");
+    for (const QString& option : options)
         units.push_back(makeUnit(option, units));
     QFile report(parser.value("report"));
     QFile trace(parser.value("trace"));

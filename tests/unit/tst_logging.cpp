@@ -141,17 +141,21 @@ private slots:
     {
         const QString path = m_files.path("shared.log");
         const auto write = [](const QString& name) {
-            getLogger(name)->addDestination(fileDestinationFor(name));
-            for (int line = 0; line < 400; ++line) {
-                fileDestinationFor(name)->setMaxSize(1'000'000 + line);
-                MessageBuilder(Level::Info, name).stream() << "line" << line;
+            const auto file = fileDestinationFor(name);
+            getLogger(name)->addDestination(file);
+            for (int line = 0; line < 2500; ++line) {
+                file->setMaxSize(10'000'000 + line);
+                file->write("INFO now line " + QString::number(line) + ' ', Level::Info);
             }
         };
-        std::thread other(write, QDir::current().relativeFilePath(path));
+        const QString sameName = QDir::current().relativeFilePath(path);
+        std::thread others[] = {std::thread(write, sameName), std::thread(write, sameName),
+                                std::thread(write, path)};
         write(path);
-        other.join();
+        for (std::thread& other : others)
+            other.join();
         const QStringList lines = QString::fromUtf8(m_files.get("shared.log")).split('\n');
-        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ $")).size(), 800);
+        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ $")).size(), 10000);
     }
 
     void iniTextsAreReadOrRefused()

@@ -145,6 +145,7 @@ private slots:
         }
         QCOMPARE(unit.productId(), std::uint16_t{0x0C05});
         QCOMPARE(unit.control({0xA1, 3, 0, 1, 6}, {}).kind, stall); // no such interface
+        driver.step("clear");
         const Bytes image = makeImage(4000, "1.3.1");
         for (std::uint16_t page = 0; page < 2; ++page) {
             const auto first = image.begin() + page * 2048;
