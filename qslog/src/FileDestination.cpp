@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/FileDestination.h"
 
+#include "qslog/LogFile.h"
+
 #include <QFileInfo>
 
 #include <map>
@@ -9,15 +11,16 @@
 namespace QsLogging {
 
 FileDestination::FileDestination(const QString& path)
+    : m_path(path)
 {
-    open(path);
+    open();
 }
 
-void FileDestination::open(const QString& path)
+void FileDestination::open()
 {
     m_stream.reset();
-    m_file = std::make_shared<QFile>(path);
-    if (!m_file->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text))
+    m_file = std::make_shared<QFile>(m_path);
+    if (!openLogFile(*m_file))
         return;
     m_stream = std::make_shared<QTextStream>(m_file.get());
     m_stream->setCodec("UTF-8");
@@ -27,7 +30,9 @@ void FileDestination::write(const QString& message, Level)
 {
     const QString plain = withoutColours(message);
     const std::lock_guard lock(m_mutex);
-    if (!m_stream || !m_file)
+    if (!m_stream)
+        open();
+    if (!m_stream)
         return;
     if (m_maxSize > 0 && m_file->size() > m_maxSize)
         rotateLocked();
@@ -42,7 +47,7 @@ void FileDestination::write(const QString& message, Level)
 bool FileDestination::isValid()
 {
     const std::lock_guard lock(m_mutex);
-    return m_file && m_file->isOpen();
+    return m_file->isOpen();
 }
 
 bool FileDestination::rotate()
@@ -53,19 +58,17 @@ bool FileDestination::rotate()
 
 bool FileDestination::rotateLocked()
 {
-    const QString path = m_file->fileName();
     // A directory of this name is not a log: renaming it would move all its files.
-    if (QFileInfo(path).isDir())
+    if (QFileInfo(m_path).isDir())
         return false;
-    const QString oldPath = path + QStringLiteral(".old");
+    const QString oldPath = m_path + QStringLiteral(".old");
     if (QFile::exists(oldPath))
         QFile::remove(oldPath);
-    // Windows does not rename an open file.
-    m_stream.reset();
-    m_file->close();
-    const bool moved = QFile::rename(path, oldPath);
-    open(path);
-    return moved;
+    // The file stays open: without permission for the directory there may be none to open it again.
+    if (!QFile::rename(m_path, oldPath))
+        return false;
+    open();
+    return true;
 }
 
 bool FileDestination::setMaxSize(qint64 bytes)

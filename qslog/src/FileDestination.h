@@ -13,19 +13,19 @@ namespace QsLogging {
 class FileDestination : public Destination
 {
 public:
-    /// Opens the file for appending and creates it when absent. If that fails, the destination
-    /// stays invalid and drops its lines.
+    /// Opens the file for appending and creates it when absent. If that fails, the destination is
+    /// invalid, and each line tries again.
     explicit FileDestination(const QString& path);
 
-    /// Writes and flushes one line. A line that a full disk refuses is lost; the next one is tried
-    /// again.
+    /// Writes and flushes one line. A line is lost if the file cannot be opened or a full disk
+    /// refuses it; the next one tries again.
     void write(const QString& message, Level level) override;
 
     /// True when the file is open.
     bool isValid() override;
 
     /// Renames the file to its ".old" name, replacing an earlier one, and opens an empty one. False
-    /// if the rename fails: only the earlier ".old" is gone then.
+    /// if the rename fails: only the earlier ".old" is gone then, and the log goes on in its file.
     bool rotate() override;
 
     /// Sets the size in bytes past which the next line rotates the file. Below 1 there is no limit,
@@ -34,9 +34,10 @@ public:
     bool setMaxSize(qint64 bytes);
 
 private:
-    void open(const QString& path);
+    void open();
     bool rotateLocked();
 
+    QString m_path;
     std::shared_ptr<QFile> m_file;
     std::shared_ptr<QTextStream> m_stream;
     qint64 m_maxSize = -1;
