@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/LoggerRegistry.h"
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 
@@ -48,7 +49,10 @@ void setDefaultLevel(Level level)
 void addDefaultDestination(const P_Destination& destination)
 {
     const std::lock_guard lock(registry().mutex);
-    registry().defaultDestinations.push_back(destination);
+    // A logger receives a destination once: repeated ones would only be skipped by each.
+    std::vector<P_Destination>& known = registry().defaultDestinations;
+    if (std::find(known.begin(), known.end(), destination) == known.end())
+        known.push_back(destination);
 }
 
 } // namespace QsLogging

@@ -11,6 +11,11 @@ namespace {
 // By section and key, which are in one case.
 using Values = QMap<QPair<QString, QString>, QString>;
 
+QString trimmed(QString text)
+{
+    return text.remove(QRegularExpression("^[ \t]+|[ \t]+$"));
+}
+
 std::optional<Values> expectedValues(const QByteArray& text)
 {
     static const QRegularExpression form(QStringLiteral("^(?:\\[([^]]*)\\]|([^[=][^=]*)=(.*))$"),
@@ -19,18 +24,19 @@ std::optional<Values> expectedValues(const QByteArray& text)
     QString section;
     if (text.contains('\0'))
         return std::nullopt;
-    for (const QString& line : QString::fromUtf8(text).split(QLatin1Char('\n'))) {
-        if (line.trimmed().isEmpty() || QStringLiteral(";#").contains(line.trimmed()[0]))
+    for (const QString& whole : QString::fromUtf8(text).split(QLatin1Char('\n'))) {
+        const QString line = trimmed(QString(whole).remove(QRegularExpression("\r$")));
+        if (line.isEmpty() || QStringLiteral(";#").contains(line[0]))
             continue;
-        const QRegularExpressionMatch match = form.match(line.trimmed());
-        const QString name = match.captured(1).trimmed().toCaseFolded();
-        const QString key = match.captured(2).trimmed().toCaseFolded();
+        const QRegularExpressionMatch match = form.match(line);
+        const QString name = trimmed(match.captured(1)).toCaseFolded();
+        const QString key = trimmed(match.captured(2)).toCaseFolded();
         if (name.isEmpty() && key.isEmpty())
             return std::nullopt;
         if (!name.isEmpty())
             section = name;
         else if (!section.isEmpty())
-            values.insert({section, key}, match.captured(3).trimmed());
+            values.insert({section, key}, trimmed(match.captured(3)));
     }
     return values;
 }

@@ -13,6 +13,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <sys/fsuid.h>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
@@ -134,7 +135,22 @@ private slots:
         QVERIFY(destination.isValid() && !destination.rotate() && destination.setMaxSize(3));
         destination.write("after", Level::Info);
         QCOMPARE(m_files.get("c.log"), QByteArray("before\nafter\n"));
-        QVERIFY(!FileDestination(m_files.path("no/such.log")).isValid());
+        // Without permission for the folder and the file, the open file is all there is.
+        FileDestination kept(m_files.put("fixed/d.log", "before\n"));
+        QFile::setPermissions(m_files.path("fixed/d.log"), QFile::ReadOwner);
+        QFile::setPermissions(m_files.path("fixed"), QFile::Permissions(0x5550));
+        setfsuid(getuid() == 0 ? 65534 : getuid()); // root would be let through
+        QVERIFY(!kept.rotate());
+        setfsuid(getuid());
+        kept.write("after", Level::Info);
+        QCOMPARE(m_files.get("fixed/d.log"), QByteArray("before\nafter\n"));
+        QFile::setPermissions(m_files.path("fixed"), QFile::Permissions(0x7770));
+        // A destination that could not open its file tries again.
+        FileDestination late(m_files.path("late/such.log"));
+        QVERIFY(!late.isValid());
+        m_files.put("late/folder");
+        late.write("now", Level::Info);
+        QCOMPARE(m_files.get("late/such.log"), QByteArray("now\n"));
     }
 
     void threadsShareAFileUnderAllItsNames()
@@ -171,6 +187,7 @@ private slots:
             {"[s]\n\xEF\xBB\xBF[t]\n", "invalid"},
             {QByteArray(IniDocument::maximumSize, '\n'), "absent"},
             {QByteArray(120, '\0'), "invalid"}, // as after a torn write
+            {"[s]\nkey=\t\xC2\xA0 \t\r\n", "\xC2\xA0"},
             {QByteArray(IniDocument::maximumSize + 1, '\n'), "invalid"}};
         for (const auto& [text, expected] : rows) {
             const auto document = IniDocument::parse(text);

@@ -3,7 +3,25 @@
 
 #include <QStringList>
 
+#include <algorithm>
+#include <iterator>
+
 namespace Common {
+
+namespace {
+
+// QString::trimmed() would also take no-break spaces, form feeds and the like.
+QString withoutBlanks(const QString& text)
+{
+    const auto isBlank = [](QChar character) {
+        return character == QLatin1Char(' ') || character == QLatin1Char('\t');
+    };
+    const auto begin = std::find_if_not(text.begin(), text.end(), isBlank);
+    const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), isBlank);
+    return QString(begin, int(end.base() - begin));
+}
+
+} // namespace
 
 std::optional<QString> IniSection::value(const QString& key) const
 {
@@ -24,8 +42,10 @@ std::optional<IniDocument> IniDocument::parse(const QByteArray& text)
     IniDocument document;
     // Decoded in one piece: every decoding skips a byte order mark, and only the first is allowed.
     const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
-    for (const QString& line : lines) {
-        if (!document.parseLine(line.trimmed()))
+    for (QString line : lines) {
+        if (line.endsWith(QLatin1Char('\r')))
+            line.chop(1);
+        if (!document.parseLine(withoutBlanks(line)))
             return std::nullopt;
     }
     return document;
@@ -36,18 +56,18 @@ bool IniDocument::parseLine(const QString& line)
     if (line.isEmpty() || line.startsWith(QLatin1Char(';')) || line.startsWith(QLatin1Char('#')))
         return true;
     if (line.startsWith(QLatin1Char('['))) {
-        const QString name = line.mid(1, line.size() - 2).trimmed();
+        const QString name = withoutBlanks(line.mid(1, line.size() - 2));
         if (line.indexOf(QLatin1Char(']')) != line.size() - 1 || name.isEmpty())
             return false;
         enterSection(name);
         return true;
     }
     const int separator = line.indexOf(QLatin1Char('='));
-    const QString key = line.left(separator).trimmed();
+    const QString key = withoutBlanks(line.left(separator));
     if (separator < 0 || key.isEmpty())
         return false;
     if (m_current)
-        m_sections[*m_current].setValue(key, line.mid(separator + 1).trimmed());
+        m_sections[*m_current].setValue(key, withoutBlanks(line.mid(separator + 1)));
     return true;
 }
 

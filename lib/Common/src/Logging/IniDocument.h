@@ -38,13 +38,13 @@ class IniDocument
 {
 public:
     /// The size of the largest accepted text, in bytes. A larger one is a parse error.
-    static constexpr int maximumSize = 64 * 1024;
+    static constexpr int maximumSize = 1024 * 1024;
 
     /// Reads a UTF-8 text, with or without a byte order mark, with LF or CR LF line ends. Each line
     /// is blank, a comment (first non-blank character ";" or "#"), a section "[name]" or
-    /// "key=value"; blanks around names and values are trimmed. Anything else, an empty section
-    /// name or key and a NUL byte included, is a parse error and gives no document. Settings above
-    /// the first section are ignored. Pure; any thread.
+    /// "key=value"; blanks (spaces and tabs) around names and values are trimmed. Anything else, an
+    /// empty section name or key and a NUL byte included, is a parse error and gives no document.
+    /// Settings above the first section are ignored. Pure; any thread.
     static std::optional<IniDocument> parse(const QByteArray& text);
 
     const std::vector<IniSection>& sections() const { return m_sections; }

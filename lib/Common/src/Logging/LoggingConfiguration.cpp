@@ -56,6 +56,9 @@ std::optional<IniDocument> readIniFile(const QString& path)
     // A read error midway must not look like the end of the file.
     if (file.error() != QFileDevice::NoError)
         return std::nullopt;
+    if (text.size() > IniDocument::maximumSize)
+        qCritical() << "Could not read logging configuration of more than"
+                    << IniDocument::maximumSize << "bytes:" << path;
     return IniDocument::parse(text);
 }
 
