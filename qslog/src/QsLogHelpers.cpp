@@ -24,6 +24,18 @@ QsLogging::Level loggingLevel(int level)
                                                                         : QsLogging::Level::Off;
 }
 
+// Names come from units: a line break in one must not look like the start of another log line.
+QString onOneLine(QString text)
+{
+    for (QChar& character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+            character = QLatin1Char(' ');
+    }
+    return text;
+}
+
 } // namespace
 
 void QsLogHelpers::qml_QsLog(const QString& tag, int level, const QString& method,
@@ -35,7 +47,7 @@ void QsLogHelpers::qml_QsLog(const QString& tag, int level, const QString& metho
     const QString origin = QsLogging::originText(qml_RelativeSrcDir(url), line, method);
     QsLogging::MessageBuilder builder(mapped, tag);
     // Text objects would be quoted; the stream takes 8-bit text as UTF-8 on every platform.
-    builder.stream() << origin.toUtf8().constData() << message.toUtf8().constData();
+    builder.stream() << origin.toUtf8().constData() << onOneLine(message).toUtf8().constData();
 }
 
 QString QsLogHelpers::qml_RelativeSrcDir(const QString& file)

@@ -33,6 +33,7 @@ public:
     /// Writes one line through the logger named @p tag, unless its threshold is higher.
     /// @param level 0 to 5; anything else counts as Off, which passes every threshold
     /// @param method, url, line the place of the call, as the line shows it
+    /// @param message the text; each control character and line separator becomes a space
     Q_INVOKABLE void qml_QsLog(const QString& tag, int level, const QString& method,
                                const QString& url, const QString& line, const QString& message);
 

@@ -37,7 +37,7 @@ private slots:
 Component.onCompleted: { var f = QsLog.FLog;
 f.trace('a 洗'); f.debug(1); f.info(2); f.warn(3);
 f.error(4); f.fatal(5); f.off(6); f.log(2, f.tag(), '');
-f.log(2, 'tagged', 'Other'); check(); check('too hot'); })"),
+f.log(2, 'a\n\u2028\x1bz', 'Other'); check(); check('too hot'); })"),
                  QString("qml/Probe.qml:8 [onCompleted] ASSERT too hot"));
         QCOMPARE(log.lines().join('\n').remove(" qml/Probe.qml").remove(" [onCompleted]"),
                  QStringLiteral(R"(TRACE:6 a 洗
@@ -48,7 +48,7 @@ ERROR:7 4
 FATAL:7 5
      :7 6
 INFO:7 Probe
-INFO:8 tagged
+INFO:8 a   z
 FATAL:8 ASSERT failed
 FATAL:8 ASSERT too hot)"));
     }
