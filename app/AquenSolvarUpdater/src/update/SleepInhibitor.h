@@ -8,9 +8,9 @@
 namespace AquenSolvar {
 
 /// Keeps the system from sleeping, and a closed lid from suspending it, while the object lives.
-/// Best effort: a system that refuses or offers no such service is logged and is not an error. The
-/// constructor may block for 2 s if the service hangs, so it is not for the GUI thread. Destroyed
-/// on the thread that created it.
+/// Best effort: a system that refuses or offers no such service is logged and is not an error. Does
+/// not wait for the service. Destroyed on the thread that created it, which logs the response while
+/// it handles events.
 ///
 /// Linux: locks of the login manager, org.freedesktop.login1.Manager.Inhibit. Windows: the thread's
 /// execution state.

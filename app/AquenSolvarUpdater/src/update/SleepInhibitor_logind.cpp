@@ -3,47 +3,39 @@
 #include "update/SleepInhibitor.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusReply>
-#include <QDBusUnixFileDescriptor>
+#include <QDBusPendingCallWatcher>
 
 #include <vector>
 
 namespace AquenSolvar {
 
-namespace {
-
-constexpr int responseTimeoutMs = 1000;
-
-// A lock is held until its descriptor is closed.
-QDBusReply<QDBusUnixFileDescriptor> inhibit(const QDBusConnection& bus, const QString& what,
-                                            const QString& reason)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
-        QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
-    call << what << QStringLiteral("Aquen/Solvar Updater") << reason << QStringLiteral("block");
-    return bus.call(call, QDBus::Block, responseTimeoutMs);
-}
-
-} // namespace
-
+// A lock is held until its descriptor is closed. The pending call keeps the descriptor that the
+// response brings.
 class SleepInhibitor::Locks
 {
 public:
-    void take(const QDBusConnection& bus, const QString& what, const QString& reason)
+    void request(const QDBusConnection& bus, const QString& what, const QString& reason)
     {
-        const QDBusReply<QDBusUnixFileDescriptor> reply = inhibit(bus, what, reason);
-        if (reply.isValid()) {
-            QLOG_INFO() << "The system was asked to block" << what;
-            m_held.push_back(reply.value());
-        } else {
-            QLOG_INFO() << "The system does not block" << what << ":" << reply.error().message();
-        }
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
+            QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("Inhibit"));
+        call << what << QStringLiteral("Aquen/Solvar Updater") << reason << QStringLiteral("block");
+        const auto& watcher =
+            m_requests.emplace_back(std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(call)));
+        QObject::connect(watcher.get(), &QDBusPendingCallWatcher::finished, watcher.get(),
+                         [what](const QDBusPendingCallWatcher* finished) {
+                             if (finished->isError())
+                                 QLOG_INFO() << "The system does not block" << what << ":"
+                                             << finished->error().message();
+                             else
+                                 QLOG_INFO() << "The system was asked to block" << what;
+                         });
     }
 
 private:
-    std::vector<QDBusUnixFileDescriptor> m_held;
+    std::vector<std::unique_ptr<QDBusPendingCallWatcher>> m_requests;
 };
 
 SleepInhibitor::SleepInhibitor(const QString& reason)
@@ -55,8 +47,8 @@ SleepInhibitor::SleepInhibitor(const QString& reason)
         return;
     }
     // Two requests: the second may be refused where the first is granted.
-    m_locks->take(bus, QStringLiteral("sleep:idle"), reason);
-    m_locks->take(bus, QStringLiteral("handle-lid-switch"), reason);
+    m_locks->request(bus, QStringLiteral("sleep:idle"), reason);
+    m_locks->request(bus, QStringLiteral("handle-lid-switch"), reason);
 }
 
 SleepInhibitor::~SleepInhibitor() = default;
