@@ -93,7 +93,7 @@ void AquenSolvarFirmwareUpdateTask::startJob(const QByteArray& image)
     connect(m_job.data(), &QThread::finished, this,
             &AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished);
     m_elapsed.start();
-    m_job->start(QThread::InheritPriority);
+    m_job->start();
 }
 
 void AquenSolvarFirmwareUpdateTask::stopUpdate()

@@ -56,6 +56,13 @@ DFUDownloadJob::DFUDownloadJob(QByteArray data, QSharedPointer<DfuDevice> device
 
 DFUDownloadJob::~DFUDownloadJob() = default;
 
+void DFUDownloadJob::start()
+{
+    // Not in run(): that would undo a stop that comes before the new thread gets there.
+    m_stopRequested = false;
+    QThread::start(QThread::InheritPriority);
+}
+
 void DFUDownloadJob::stop()
 {
     requestStop();

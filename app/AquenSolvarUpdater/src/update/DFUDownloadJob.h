@@ -31,6 +31,9 @@ public:
     DFUDownloadJob(QByteArray data, QSharedPointer<DfuDevice> device, int maxFirmwareSize);
     ~DFUDownloadJob() override;
 
+    /// Starts the run. A stop before it does not count; a later one always does.
+    void start();
+
     /// Requests the end of the run between two USB transfers and waits at most stopWait for it.
     /// After that it cancels the pending transfer and waits 1 s more; the thread is never
     /// terminated, since libusb's locks would stay taken. Does nothing if no run is active.
