@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "USB/ControlTransfer.h"
 
+#include "qslog/Log.h"
+
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <memory>
 #include <vector>
@@ -10,6 +14,7 @@ namespace USB {
 namespace {
 
 constexpr int abortCheckIntervalUs = 100000;
+constexpr int loggedBytes = 64;
 
 struct Completion
 {
@@ -67,10 +72,8 @@ bool awaitCompletion(libusb_transfer* transfer, Completion& completion,
     return abortedByCaller;
 }
 
-} // namespace
-
-int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
-                    unsigned char* data, quint16 length, const std::atomic<bool>& aborted)
+int runTransfer(libusb_device_handle* handle, const ControlRequest& request, unsigned char* data,
+                quint16 length, const std::atomic<bool>& aborted)
 {
     if (aborted)
         return LIBUSB_ERROR_INTERRUPTED;
@@ -99,6 +102,39 @@ int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
     const int result = resultOf(*transfer);
     if (in && result > 0)
         std::copy(payload, payload + result, data);
+    return result;
+}
+
+QString describe(const ControlRequest& request, quint16 length, int result, qint64 elapsedMs)
+{
+    const QString outcome = result < 0 ? QString::fromLatin1(libusb_error_name(result))
+                                       : QStringLiteral("%1 bytes").arg(result);
+    return QString::asprintf("Request type %02x, request %02x, value %04x, index %04x, length %u: ",
+                             request.requestType, request.request, request.value, request.index,
+                             unsigned(length)) +
+           QStringLiteral("%1 after %2 ms").arg(outcome).arg(elapsedMs);
+}
+
+QByteArray shortened(const unsigned char* data, int size)
+{
+    const int shown = std::min(size, loggedBytes);
+    const QByteArray text = QByteArray(reinterpret_cast<const char*>(data), shown).toHex(' ');
+    return shown < size ? text + " and " + QByteArray::number(size - shown) + " more" : text;
+}
+
+} // namespace
+
+int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
+                    unsigned char* data, quint16 length, const std::atomic<bool>& aborted)
+{
+    QElapsedTimer time;
+    time.start();
+    const int result = runTransfer(handle, request, data, length, aborted);
+    QLOG_DEBUG() << qUtf8Printable(describe(request, length, result, time.elapsed()));
+    const bool in = (request.requestType & LIBUSB_ENDPOINT_IN) != 0;
+    const int bytes = in ? std::max(result, 0) : int(length);
+    if (bytes > 0)
+        QLOG_TRACE() << (in ? "Received" : "Sent") << shortened(data, bytes).constData();
     return result;
 }
 

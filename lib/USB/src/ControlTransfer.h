@@ -21,8 +21,8 @@ struct ControlRequest
 
 /// Runs one control transfer to completion, like libusb_control_transfer(), but cancels it within
 /// 100 ms after @p aborted becomes true. @p data holds at least @p length bytes; the direction bit
-/// of the request type decides whether it is read or written. Any thread, except inside a libusb
-/// callback.
+/// of the request type decides whether it is read or written. Logs the request at DEBUG and its
+/// first bytes at TRACE. Any thread, except inside a libusb callback.
 /// @return the number of bytes transferred, or libusb's negative error code;
 ///         LIBUSB_ERROR_INTERRUPTED when it was cancelled through @p aborted
 int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,

@@ -48,6 +48,14 @@ QList<P_LibUsbDevice> listBus(LibUSB* session, int delayMs, quint16 vid, quint16
     }
 }
 
+QString describe(const LibUsbDevice& record)
+{
+    return QString::asprintf("%.4x:%.4x, address %d, port ", record.descriptor.idVendor,
+                             record.descriptor.idProduct,
+                             libusb_get_device_address(record.device)) +
+           portPath(record);
+}
+
 // Hook for printing a table while debugging the comparison. Prints nothing as shipped.
 template <typename Table>
 void snapshot(const char*, const Table&)
@@ -152,8 +160,6 @@ void LibusbDeviceEnumerator::requestEnumerateUSBDevices(quint16 vid, quint16 pid
         break;
     }
     m_state = Enumerating;
-    if (m_watcher != nullptr)
-        m_watcher->deleteLater();
     m_watcher = new Listing(this);
     connect(m_watcher, &Listing::finished, this,
             &LibusbDeviceEnumerator::on_QFutureWatcher_finished, Qt::QueuedConnection);
@@ -173,9 +179,12 @@ void LibusbDeviceEnumerator::on_QFutureWatcher_finished()
     default:
         break;
     }
+    // The future refers to every device of the bus.
+    Listing* const listing = std::exchange(m_watcher, nullptr);
+    listing->deleteLater();
     QList<P_LibUsbDevice> records;
     try {
-        records = m_watcher->result();
+        records = listing->result();
     } catch (const QException& exception) {
         QLOG_WARN() << "Listing of the USB bus failed:" << exception.what();
         m_state = Idle;
@@ -207,11 +216,15 @@ void LibusbDeviceEnumerator::replaceTable(const DeviceTable& fresh)
                         std::back_inserter(rotten), byKey);
     snapshot("New libusb devices", added);
     snapshot("Rotten libusb devices", rotten);
+    QLOG_DEBUG() << "Listed" << fresh.size() << "units:" << added.size() << "new," << rotten.size()
+                 << "gone";
     for (const auto& [key, device] : rotten) {
+        QLOG_DEBUG() << "Gone:" << qUtf8Printable(describe(*device));
         m_devices.erase(key);
         offerRemoved(device);
     }
     for (const auto& [key, device] : added) {
+        QLOG_DEBUG() << "New:" << qUtf8Printable(describe(*device));
         m_devices[key] = device;
         offerAdded(device);
     }

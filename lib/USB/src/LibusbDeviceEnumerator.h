@@ -64,7 +64,7 @@ private:
     void offerAdded(const P_LibUsbDevice& device);
 
     int m_state = NotInitialized;
-    Listing* m_watcher = nullptr; // child of this object
+    Listing* m_watcher = nullptr; // child of this object; only while a listing runs
     DeviceTable m_devices;
     QList<LibusbDeviceEnumeratorListener*> m_listeners;
     int m_listingDelayMs = defaultListingDelayMs;

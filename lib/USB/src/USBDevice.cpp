@@ -157,6 +157,7 @@ void USBDevice::setAlternateSetting(int alternate)
     // one file descriptor.
     if (result == LIBUSB_ERROR_NO_DEVICE)
         std::get_deleter<HandleCloser>(m_handle)->canClose = false;
+    QLOG_DEBUG() << "Alternate setting" << alternate << ":" << libusb_error_name(result);
     checkError(result, tr("Could not set alternate setting: %1"));
     m_alternateSetting = alternate;
 }
@@ -210,10 +211,10 @@ QString USBDevice::getStringDescriptor(quint8 index)
 {
     requireOpened();
     QByteArray buffer(stringBufferSize, '\0');
-    checkError(libusb_get_string_descriptor_ascii(m_handle.get(), index,
-                                                  reinterpret_cast<unsigned char*>(buffer.data()),
-                                                  stringBufferSize),
-               tr("Could not get string descriptor: %1"));
+    const int result = libusb_get_string_descriptor_ascii(
+        m_handle.get(), index, reinterpret_cast<unsigned char*>(buffer.data()), stringBufferSize);
+    QLOG_DEBUG() << "String descriptor" << index << ":" << result << buffer.constData();
+    checkError(result, tr("Could not get string descriptor: %1"));
     return QString::fromLatin1(buffer.constData(), int(qstrnlen(buffer.constData(), 1024)));
 }
 

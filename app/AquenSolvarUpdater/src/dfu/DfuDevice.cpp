@@ -102,6 +102,9 @@ bool DfuDevice::dfuGetStatus()
         QLOG_ERROR() << "USB Error:" << exception.what();
         return failRequest();
     }
+    QLOG_DEBUG() << qUtf8Printable(QStringLiteral("Status %1, state %2, poll time-out %3 ms")
+                                       .arg(statusName(status()), stateName(state()))
+                                       .arg(m_reply.pollTimeout));
     return true;
 }
 
