@@ -10,6 +10,10 @@ RowLayout {
     id: root
 
     property var device
+    // The name on the card, on one line. Names that the program gives are translated here: the log
+    // and the list model keep them in English.
+    readonly property string title: device ? qsTranslate("UnitTitle", device.serialName)
+                                             .replace(/[\u0000-\u001f\u007f-\u009f\u2028\u2029]/g, " ") : ""
     // For the list, which leads the keyboard's focus.
     readonly property bool buttonFocused: updateButton.activeFocus
     readonly property bool buttonEnabled: updateButton.enabled
@@ -54,7 +58,7 @@ RowLayout {
 
             BaseText {
                 objectName: "serialNameText"
-                text: root.device ? root.device.serialName : ""
+                text: root.title
                 elide: Text.ElideRight
                 font.pixelSize: Style.titleFontPixelSize
                 Layout.fillWidth: true
@@ -99,7 +103,7 @@ RowLayout {
                 activeFocusOnTab: false // the list leads Tab to it
                 Layout.alignment: Qt.AlignRight
                 Accessible.focusable: true
-                Accessible.description: root.device ? root.device.serialName : ""
+                Accessible.description: root.title
                 onClicked: root.requestUpdate(root.device)
             }
         }

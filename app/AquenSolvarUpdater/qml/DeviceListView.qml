@@ -145,7 +145,7 @@ Item {
                 width: ListView.view.width
                 implicitHeight: card.implicitHeight
                 Accessible.role: Accessible.ListItem
-                Accessible.name: card.device ? card.device.serialName : ""
+                Accessible.name: card.title
                 Accessible.description: card.summary
                 Accessible.focusable: true
                 Accessible.focused: activeFocus && !onButton

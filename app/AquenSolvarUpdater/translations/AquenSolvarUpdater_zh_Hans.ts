@@ -166,6 +166,24 @@
     </message>
 </context>
 <context>
+    <name>UnitTitle</name>
+    <message>
+        <source>Unknown Device</source>
+        <extracomment>Title of a card (30 letters; CJK 15): a unit that did not report its name.</extracomment>
+        <translation>未知设备</translation>
+    </message>
+    <message>
+        <source>Aquen (Update)</source>
+        <extracomment>Title of a card (30 letters; CJK 15): a washing unit in its bootloader, which waits for an update. Aquen is a name.</extracomment>
+        <translation>Aquen（更新）</translation>
+    </message>
+    <message>
+        <source>Solvar (Update)</source>
+        <extracomment>Title of a card (30 letters; CJK 15): a curing unit in its bootloader, which waits for an update. Solvar is a name.</extracomment>
+        <translation>Solvar（更新）</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Aquen/Solvar Updater</source>
