@@ -58,6 +58,7 @@ AquenSolvarDevice::AquenSolvarDevice(USB::P_LibUsbDevice record, QObject* parent
 
 QString AquenSolvarDevice::sectionName() const
 {
+    //: Heading in the list of units (45 letters; CJK 27): units that run normally.
     return tr("Devices");
 }
 
