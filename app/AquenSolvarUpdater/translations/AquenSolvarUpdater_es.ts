@@ -138,7 +138,7 @@
     <message>
         <source>Looking for Aquen or Solvar connected via USB</source>
         <extracomment>Middle of the empty window (45 letters; CJK 27). Aquen and Solvar are the names of the two kinds of unit.</extracomment>
-        <translation>Buscando Aquen o Solvar conectado por USB</translation>
+        <translation>Buscando un Aquen o Solvar conectado por USB</translation>
     </message>
 </context>
 <context>
@@ -189,7 +189,7 @@
     <message>
         <source>%1%</source>
         <extracomment>How full the progress bar is, only read aloud. %1 is a whole number from 0 to 100. With the space, if any, that the language puts before the sign.</extracomment>
-        <translation>%1 %</translation>
+        <translation>%1&#xa0;%</translation>
     </message>
 </context>
 <context>

@@ -67,7 +67,7 @@
     <message>
         <source>Failed to flash device sector.</source>
         <extracomment>Progress bar (70 letters; CJK 40): an update has failed, the unit did not respond before it wrote a sector, a part of its memory.</extracomment>
-        <translation>Impossible d’écrire un secteur de la mémoire de l’appareil.</translation>
+        <translation>Impossible d’écrire dans un secteur de la mémoire de l’appareil.</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>
@@ -138,7 +138,7 @@
     <message>
         <source>Looking for Aquen or Solvar connected via USB</source>
         <extracomment>Middle of the empty window (45 letters; CJK 27). Aquen and Solvar are the names of the two kinds of unit.</extracomment>
-        <translation>Recherche d’un appareil Aquen ou Solvar en USB</translation>
+        <translation>Recherche d’un appareil Aquen ou Solvar par USB</translation>
     </message>
 </context>
 <context>

@@ -67,7 +67,7 @@
     <message>
         <source>Failed to flash device sector.</source>
         <extracomment>Progress bar (70 letters; CJK 40): an update has failed, the unit did not respond before it wrote a sector, a part of its memory.</extracomment>
-        <translation>デバイスのメモリのセクターに書き込めませんでした。</translation>
+        <translation>デバイスのメモリセクターに書き込めませんでした。</translation>
     </message>
     <message>
         <source>Error while flashing firmware.</source>

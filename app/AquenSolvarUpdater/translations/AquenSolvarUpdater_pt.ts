@@ -146,7 +146,7 @@
     <message>
         <source>Done</source>
         <extracomment>Button (20 letters; CJK 10): leaves the update after its end, good or bad, for the list.</extracomment>
-        <translation>Concluir</translation>
+        <translation>Concluído</translation>
     </message>
     <message>
         <source>Preparing to update firmware…</source>
