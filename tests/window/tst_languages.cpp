@@ -89,11 +89,15 @@ void tst_languages::screens()
 
     m_bus.plugApplication("WW-0000-0001", "1.2.0");
     m_bus.plugApplication("CC-0000-0002", "1.3.1", Kind::Solvar);
-    QVERIFY(waitFor([&] { return visible("updateButton").size() == 2; }));
+    m_bus.plugApplication("", "1.3.1")->addFault(Fault::on("config", Fault::Action::Stall));
+    QVERIFY(waitFor([&] { return visible("updateButton").size() == 3; }));
+    QVERIFY(shows(words("UnitTitle", "Unknown Device")));
     QTRY_COMPARE(misfit(), QString());
     m_bus.unplugAll();
     QVERIFY(waitFor([&] { return listed().isEmpty(); }));
     m_bus.plugBootloader()->addFault(Fault::on("erase", Fault::Action::Stall));
+    QVERIFY(waitFor([&] { return shows(words("UnitTitle", "Aquen (Update)")); }));
+    QTRY_COMPARE(misfit(), QString());
     const char* const job = "AquenSolvar::Device::DFUDownloadJob";
     QCOMPARE(update(), words(job, "Failed to erase flash."));
     QVERIFY(m_log->contains("ERROR", "Firmware download error: \"Failed to erase flash.\""));

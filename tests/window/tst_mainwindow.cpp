@@ -128,7 +128,9 @@ void tst_mainwindow::keyboard()
     const auto plug = [this](const QString& unit, int count) {
         m_bus.plugApplication(unit.toStdString(), unit.endsWith('-') ? "1.3.1" : "1.2.0");
         QTRY_COMPARE_WITH_TIMEOUT(one("deviceListView")->property("count").toInt(), count, 30000);
-        QCoreApplication::processEvents(); // the list follows its count later
+        // The list follows its count later than the layout.
+        QVERIFY(QMetaObject::invokeMethod(one("deviceListView"), "forceLayout"));
+        QCoreApplication::processEvents();
     };
     for (int count = 0; count < units.size(); ++count)
         plug(units.at(count), count + 1);

@@ -10,12 +10,22 @@ RowLayout {
     id: root
 
     property var device
+    // The name on the card, on one line. Names that the program gives are translated here: the log
+    // and the list model keep them in English.
+    readonly property string title: device ? qsTranslate("UnitTitle", device.serialName)
+                                             .replace(/[\u0000-\u001f\u007f-\u009f\u2028\u2029]/g, " ") : ""
     // For the list, which leads the keyboard's focus.
     readonly property bool buttonFocused: updateButton.activeFocus
     readonly property bool buttonEnabled: updateButton.enabled
     // The description of the card for assistive programs.
-    readonly property string summary: [typeText.text, _isDfu ? qsTr("In its bootloader") : qsTr("Connected"),
-                                       _needsUpdate ? qsTr("Update needed") : qsTr("Firmware Up To Date")].join(", ")
+    readonly property string summary: [
+        typeText.text,
+        //: Only read aloud, in place of "Connected": the unit runs its bootloader, the small program
+        //: that receives firmware, because an update was interrupted.
+        _isDfu ? qsTr("In its bootloader") : connectedText.text,
+        //: Only read aloud: the unit's firmware is old, an update is offered.
+        _needsUpdate ? qsTr("Update needed") : upToDateText.text
+    ].join(", ")
     readonly property bool _isDfu: !!device && device.isDfu
     readonly property bool _needsUpdate: !!device && device.needsUpdate
     readonly property bool _isAquen: !!device && (device.deviceType === AquenSolvar_Device.Device.AQUEN
@@ -54,13 +64,16 @@ RowLayout {
 
             BaseText {
                 objectName: "serialNameText"
-                text: root.device ? root.device.serialName : ""
+                text: root.title
                 elide: Text.ElideRight
                 font.pixelSize: Style.titleFontPixelSize
                 Layout.fillWidth: true
                 Layout.topMargin: -Style.tinyGridSize
             }
             BaseText {
+                id: connectedText
+
+                //: Card, in capitals (25 letters; CJK 15): the unit is attached to the computer.
                 text: qsTr("Connected")
                 color: Style.primaryColor
                 font.bold: true
@@ -74,6 +87,7 @@ RowLayout {
                 id: typeText
 
                 objectName: "deviceTypeText"
+                //: Card (35 letters; CJK 18), in place of the kind of the unit ("Aquen", "Solvar").
                 text: root._isAquen ? "Aquen" : root._isSolvar ? "Solvar" : qsTr("Unknown Device Type")
                 Layout.bottomMargin: -Style.tinyGridSize
             }
@@ -85,7 +99,10 @@ RowLayout {
             Layout.alignment: Qt.AlignBottom
 
             BaseText {
+                id: upToDateText
+
                 objectName: "upToDateText"
+                //: Card, above the button (35 letters; CJK 18): a state, there is nothing to update.
                 text: qsTr("Firmware Up To Date")
                 visible: !!root.device && !root.device.needsUpdate
                 Layout.alignment: Qt.AlignRight
@@ -94,12 +111,16 @@ RowLayout {
                 id: updateButton
 
                 objectName: "updateButton"
-                text: root._isDfu ? qsTr("Resume Update") : qsTr("Update Firmware")
+                text: root._isDfu
+                      //: Button on a card (30 letters; CJK 15): repeats an update that was interrupted.
+                      ? qsTr("Resume Update")
+                      //: Button on a card (30 letters; CJK 15): starts the update of this unit.
+                      : qsTr("Update Firmware")
                 enabled: root._needsUpdate
                 activeFocusOnTab: false // the list leads Tab to it
                 Layout.alignment: Qt.AlignRight
                 Accessible.focusable: true
-                Accessible.description: root.device ? root.device.serialName : ""
+                Accessible.description: root.title
                 onClicked: root.requestUpdate(root.device)
             }
         }

@@ -123,6 +123,7 @@ Item {
             Keys.onUpPressed: root._moveTo(currentIndex - 1, event)
             Keys.onDownPressed: root._moveTo(currentIndex + 1, event)
             Accessible.role: Accessible.List
+            //: The name of the list of units, only read aloud.
             Accessible.name: qsTr("Devices")
 
             model: AquenSolvarFilterProxyModel {
@@ -145,7 +146,7 @@ Item {
                 width: ListView.view.width
                 implicitHeight: card.implicitHeight
                 Accessible.role: Accessible.ListItem
-                Accessible.name: card.device ? card.device.serialName : ""
+                Accessible.name: card.title
                 Accessible.description: card.summary
                 Accessible.focusable: true
                 Accessible.focused: activeFocus && !onButton
@@ -204,6 +205,8 @@ Item {
 
             objectName: "searchingText"
             anchors.centerIn: parent
+            //: Middle of the empty window (45 letters; CJK 27). Aquen and Solvar are the names of the
+            //: two kinds of unit.
             text: qsTr("Looking for Aquen or Solvar connected via USB")
             font.pixelSize: Style.heroFontPixelSize
         }

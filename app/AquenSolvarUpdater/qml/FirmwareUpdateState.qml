@@ -40,6 +40,7 @@ State {
             anchors.right: parent.right
             anchors.bottom: parent.bottom
             anchors.margins: Style.baseGridSize
+            //: Button (20 letters; CJK 10): leaves the update after its end, good or bad, for the list.
             text: qsTr("Done")
             enabled: root._ended
             onClicked: root.requestFinished()
@@ -80,6 +81,7 @@ State {
             QsLog.FLog.info("Updating device: " + root.selectedDevice);
             QsLog.FLog.info("Updating device with serial: "
                             + (root.selectedDevice ? root.selectedDevice.serialName : ""));
+            //: Progress bar (70 letters; CJK 40): the first moment of an update.
             progressBar.progressBarText = qsTr("Preparing to update firmware…");
         }
 
@@ -96,10 +98,13 @@ State {
                     requestStartTask();
                     return;
                 }
+                //: Progress bar (70 letters; CJK 40): the unit restarts into its bootloader.
                 progressBar.progressBarText = qsTr("Preparing device to receive update…");
                 // The unit may have been unplugged since it was selected.
                 if (!root.selectedDevice || !root.selectedDevice.dropToBootloader()) {
                     QsLog.FLog.info("Error while dropping to boot loader.");
+                    //: Progress bar (70 letters; CJK 40): the unit refused to restart into its
+                    //: bootloader, the small program that receives firmware.
                     progressBar.progressBarText = qsTr("Error while dropping to boot loader.");
                     root.requestError();
                 }
@@ -128,9 +133,13 @@ State {
 
             onEntered: {
                 QsLog.FLog.info("TaskState");
+                //: Progress bar (70 letters; CJK 40): firmware is being written; to pull the cable now
+                //: would interrupt it.
                 progressBar.progressBarText = qsTr("Updating firmware, please leave device connected…");
                 if (!_updatingState.task.uploadFirmware()) {
                     QsLog.FLog.info("Error while starting to upload the firmware.");
+                    //: Progress bar (70 letters; CJK 40): nothing was sent to the unit, because it
+                    //: could not be opened or there is no firmware for it.
                     progressBar.progressBarText = qsTr("Error while starting to upload the firmware.");
                     root.requestError();
                 }
@@ -157,6 +166,7 @@ State {
 
         onEntered: {
             QsLog.FLog.info("RestartingDeviceState");
+            //: Progress bar (70 letters; CJK 40): the unit starts its new firmware.
             progressBar.progressBarText = qsTr("Restarting device…");
         }
 
@@ -171,6 +181,7 @@ State {
 
         onEntered: {
             QsLog.FLog.info("UpdateFinishedState");
+            //: Progress bar (70 letters; CJK 40): the unit is back, the update has ended well.
             progressBar.progressBarText = qsTr("Update successful!");
             doneButton.forceActiveFocus();
         }

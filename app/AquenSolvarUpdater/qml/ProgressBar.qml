@@ -17,6 +17,8 @@ Item {
 
     Accessible.role: Accessible.ProgressBar
     Accessible.name: progressBarText
+    //: How full the progress bar is, only read aloud. %1 is a whole number from 0 to 100. With the
+    //: space, if any, that the language puts before the sign.
     Accessible.description: qsTr("%1%").arg(Math.round(100 * visiblePercentage))
 
     Behavior on animatedPercentage {

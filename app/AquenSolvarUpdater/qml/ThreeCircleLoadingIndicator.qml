@@ -25,6 +25,7 @@ RowLayout {
     spacing: Style.baseGridSize
 
     Accessible.role: Accessible.Animation
+    //: The name of three moving dots, only read aloud: the program looks for units.
     Accessible.name: qsTr("Searching")
 
     // Not an animation, which would draw the window at the screen's full rate.

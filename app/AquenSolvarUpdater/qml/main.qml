@@ -13,6 +13,7 @@ ApplicationWindow {
     // One property, so that the three bounds change together.
     readonly property int _fixedHeight: _firmwareUpdateState.active ? 125 : 400
 
+    //: Title of the window (45 letters), the name of the program, which stays as it is.
     title: qsTr("Aquen/Solvar Updater")
     visible: true
     width: 600
@@ -129,6 +130,7 @@ ApplicationWindow {
                         anchors.left: parent.left
                         anchors.bottom: parent.bottom
                         anchors.margins: Style.baseGridSize
+                        //: Button below the list (20 letters; CJK 10): ends the program.
                         text: qsTr("Quit")
                         backgroundColor: Style.inverseColor
                         textColor: Style.darkColor

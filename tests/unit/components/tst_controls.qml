@@ -37,7 +37,7 @@ Item {
 
         function test_card(row) {
             var isDfu = row.type === 1 || row.type === 3;
-            var serialName = row.type < 0 ? "" : "<b>a</b>";
+            var serialName = row.type < 0 ? "" : "<b>\u0001\n\u2028</b>";
             card.device = row.type < 0 ? null : { deviceType: row.type, isDfu: isDfu, serialName: serialName,
                                                   needsUpdate: row.needsUpdate };
             var image = findChild(card, "deviceImage");
@@ -45,7 +45,8 @@ Item {
             var button = findChild(card, "updateButton");
             compare([String(image.source), image.status], [row.icon, row.icon ? Image.Ready : Image.Null]);
             compare(findChild(card, "deviceTypeText").text, row.name);
-            compare([name.text, name.textFormat], [serialName, Text.PlainText]);
+            compare([name.text, name.textFormat, name.lineCount],
+                    [serialName && "<b>   </b>", Text.PlainText, 1]);
             compare(findChild(card, "upToDateText").visible, row.type >= 0 && !row.needsUpdate);
             compare([button.text, button.enabled], [isDfu ? "Resume Update" : "Update Firmware", row.needsUpdate]);
             requests.clear();

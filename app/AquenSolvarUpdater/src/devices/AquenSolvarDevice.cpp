@@ -5,6 +5,8 @@
 #include "devices/UnitKind.h"
 #include "qslog/Log.h"
 
+#include <QCoreApplication>
+
 namespace AquenSolvar::Device {
 
 namespace {
@@ -56,6 +58,7 @@ AquenSolvarDevice::AquenSolvarDevice(USB::P_LibUsbDevice record, QObject* parent
 
 QString AquenSolvarDevice::sectionName() const
 {
+    //: Heading in the list of units (45 letters; CJK 27): units that run normally.
     return tr("Devices");
 }
 
@@ -84,7 +87,8 @@ bool AquenSolvarDevice::loadConfig()
             readVendor(requestConfigurationPage, quint16(length), configurationPageTimeoutMs);
         m_serialName = serialNameInPage(page);
     } catch (const USB::USBException& exception) {
-        m_serialName = QStringLiteral("Unknown Device");
+        //: Title of a card (30 letters; CJK 15): a unit that did not report its name.
+        m_serialName = QString::fromLatin1(QT_TRANSLATE_NOOP("UnitTitle", "Unknown Device"));
         QLOG_ERROR() << "Failed to read config:" << exception.what();
         return false;
     }

@@ -17,6 +17,8 @@ AquenSolvarDfuDevice::AquenSolvarDfuDevice(USB::P_LibUsbDevice record)
 
 QString AquenSolvarDfuDevice::sectionName() const
 {
+    //: Heading in the list of units (45 letters; CJK 27): units in their bootloader, which wait
+    //: for an update. DFU is the USB standard for firmware updates.
     return tr("DFU Devices");
 }
 

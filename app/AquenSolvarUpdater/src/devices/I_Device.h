@@ -36,7 +36,8 @@ public:
 
     virtual DeviceType deviceType() const = 0;
 
-    /// The unit's serial name, or a fixed label for a bootloader, which does not report one.
+    /// The unit's serial name, or a fixed English label if it reports none. The user interface
+    /// translates the labels (context "UnitTitle").
     virtual QString serialName() const = 0;
 
     /// The translated heading under which the unit is listed.

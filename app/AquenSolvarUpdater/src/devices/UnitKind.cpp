@@ -1,15 +1,23 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "devices/UnitKind.h"
 
+#include <QCoreApplication>
+
 namespace AquenSolvar::Device {
 
 namespace {
 
 constexpr UnitKind unitKinds[] = {
     {0x0C05, I_Device::AQUEN_DFU, true, "Aquen (DFU)", "Aquen (DFU) detected...",
-     "Aquen (DFU) removed...", "Aquen (Update)", "aquen-v*.tarnware"},
+     "Aquen (DFU) removed...",
+     //: Title of a card (30 letters; CJK 15): a washing unit in its bootloader, which waits for
+     //: an update. Aquen is a name.
+     QT_TRANSLATE_NOOP("UnitTitle", "Aquen (Update)"), "aquen-v*.tarnware"},
     {0x0C06, I_Device::SOLVAR_DFU, true, "Solvar (DFU)", "Solvar (DFU) detected...",
-     "Solvar (DFU) removed...", "Solvar (Update)", "solvar-v*.tarnware"},
+     "Solvar (DFU) removed...",
+     //: Title of a card (30 letters; CJK 15): a curing unit in its bootloader, which waits for an
+     //: update. Solvar is a name.
+     QT_TRANSLATE_NOOP("UnitTitle", "Solvar (Update)"), "solvar-v*.tarnware"},
     {0x0C07, I_Device::AQUEN, false, "Aquen", "Aquen detected...", "Aquen removed...", "", ""},
     {0x0C08, I_Device::SOLVAR, false, "Solvar", "Solvar detected...", "Solvar removed...", "", ""},
 };

@@ -20,16 +20,27 @@ constexpr unsigned long abortWaitMs = 1000;
 
 // User texts that several steps fail with.
 constexpr const char* readStatusFailed =
+    //: Progress bar (70 letters; CJK 40): an update has failed, the unit did not report how it
+    //: is.
     QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to read device status.");
 constexpr const char* eraseFailed =
+    //: Progress bar (70 letters; CJK 40): an update has failed, the unit did not erase a part of
+    //: its flash memory.
     QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to erase flash.");
 constexpr const char* uploadDataFailed =
+    //: Progress bar (70 letters; CJK 40): an update has failed, the unit did not take a piece of
+    //: the firmware.
     QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob", "Failed to upload firmware data.");
+//: Progress bar (70 letters; CJK 40): an update has failed at its very end, after all data was
+//: written.
 constexpr const char* finalizeFailed = QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob",
                                                          "Failed to finalize firmware flashing.");
 
 constexpr const char* badState =
     QT_TRANSLATE_NOOP("AquenSolvar::Device::DFUDownloadJob",
+                      //: Progress bar (70 letters; CJK 40): an update has failed, the unit has
+                      //: reported an error. DFU is the USB standard for firmware updates. Stands
+                      //: for %1 in "Caught USB exception: %1".
                       "Error state while downloading to Aquen/Solvar in \"DFU\" mode.");
 
 // Ends a run in which the unit has reported an unexpected status or state.
@@ -77,6 +88,7 @@ void DFUDownloadJob::stop()
 
 void DFUDownloadJob::run()
 {
+    //: Shown by the desktop as the reason why the computer does not go to sleep: a sentence.
     const SleepInhibitor awake(tr("A unit's firmware is being updated."));
     try {
         flash();
@@ -108,9 +120,12 @@ void DFUDownloadJob::flash()
 DFUDownloadJob::Outcome DFUDownloadJob::prepare()
 {
     if (m_data.size() >= m_maxFirmwareSize)
+        //: Progress bar (70 letters; CJK 40): the firmware file is larger than the memory of the
+        //: unit; nothing was written.
         return failWith(QT_TR_NOOP("Too much data to complete upload."));
     if (!m_device) {
         QLOG_ERROR() << "No device, fail";
+        //: Progress bar (70 letters; CJK 40): there is no unit to write to.
         return failWith(QT_TR_NOOP("No device to update."));
     }
     m_transferSize = m_device->transferSize();
@@ -122,6 +137,8 @@ DFUDownloadJob::Outcome DFUDownloadJob::prepare()
         QLOG_INFO() << "Clearing error state!";
         if (!m_device->dfuClearStatus()) {
             QLOG_ERROR() << "Failed to clear device error state.";
+            //: Progress bar (70 letters; CJK 40): an update has failed, the unit keeps reporting
+            //: an earlier error. No data of the user is meant.
             return failWith(QT_TR_NOOP("Failed to clear device status."));
         }
     }
@@ -150,6 +167,8 @@ DFUDownloadJob::Outcome DFUDownloadJob::writeChunk(quint32 address, int offset)
         return Outcome::Continue;
     if (!m_device->dfuSpecialCommand(address, SET_ADDRESS)) {
         QLOG_ERROR() << "Failed to set address for data chunk:" << address;
+        //: Progress bar (70 letters; CJK 40): an update has failed, the unit did not take the
+        //: address of the next piece.
         return failWith(QT_TR_NOOP("Failed to upload firmware."));
     }
     if (awaitAddressSet() == Outcome::Ended)
@@ -190,12 +209,16 @@ DFUDownloadJob::Outcome DFUDownloadJob::awaitAddressSet()
     do {
         if (!m_device->poll()) {
             QLOG_ERROR() << "Failed to get device status.";
+            //: Progress bar (70 letters; CJK 40): an update has failed, the unit did not respond
+            //: before it wrote a sector, a part of its memory.
             return failWith(QT_TR_NOOP("Failed to flash device sector."));
         }
     } while (m_device->state() == DFU_STATE_DNBUSY && !m_stopRequested);
     if (m_device->status() != DFU_STATUS_OK) {
         QLOG_ERROR() << "Device in bad state (expected OK, got" << statusName(m_device->status())
                      << ")";
+        //: Progress bar (70 letters; CJK 40): an update has failed, the unit has reported an
+        //: error before a piece was written.
         failInBadState(QT_TR_NOOP("Error while flashing firmware."));
     }
     return Outcome::Continue;
@@ -211,6 +234,8 @@ DFUDownloadJob::Outcome DFUDownloadJob::awaitChunkWritten()
     } while (m_device->state() == DFU_STATE_DNBUSY && !m_stopRequested);
     if (m_device->state() != DFU_STATE_DNLOAD_IDLE) {
         QLOG_ERROR() << "Hm, something went wrong!";
+        //: Progress bar (70 letters; CJK 40): an update has failed, the unit has reported an
+        //: error after a piece was sent.
         failInBadState(QT_TR_NOOP("Error state while flashing firmware."));
     }
     return Outcome::Continue;
@@ -262,6 +287,8 @@ void DFUDownloadJob::failInBadState(const char* source)
 void DFUDownloadJob::reportException(const QString& message, const QString& translatedMessage)
 {
     QLOG_ERROR() << "Caught USB exception" << qUtf8Printable(message);
+    //: Progress bar (70 letters; CJK 40): an update has failed. %1 is what failed, nearly always
+    //: in English, for example "control write error: LIBUSB_ERROR_NO_DEVICE".
     const char* source = QT_TR_NOOP("Caught USB exception: %1");
     emit uploadError(tr(source).arg(translatedMessage), QString::fromLatin1(source).arg(message));
 }
