@@ -2,10 +2,9 @@
 # Facts that are fixed when the program is built. Each can be set on the command line. ASU_ stands
 # for Aquen/Solvar Updater.
 set(ASU_BUILD_TYPE release CACHE STRING "Build type: release, rc, beta or testing")
-set(build_types release rc beta testing)
-set_property(CACHE ASU_BUILD_TYPE PROPERTY STRINGS ${build_types})
-if(NOT ASU_BUILD_TYPE IN_LIST build_types)
-    message(FATAL_ERROR "ASU_BUILD_TYPE is \"${ASU_BUILD_TYPE}\", none of: ${build_types}")
+set_property(CACHE ASU_BUILD_TYPE PROPERTY STRINGS release rc beta testing)
+if(NOT ASU_BUILD_TYPE MATCHES "^(release|rc|beta|testing)$")
+    message(FATAL_ERROR "ASU_BUILD_TYPE is \"${ASU_BUILD_TYPE}\", not release, rc, beta or testing")
 endif()
 set(ASU_SOURCES_DIRECTORY "${CMAKE_SOURCE_DIR}" CACHE STRING
     "Path recorded for the source tree; any other than its own keeps the real one out of the build")
