@@ -41,7 +41,7 @@ FirmwareBundle readBundle(const QString& name)
 
 QByteArray readImage(const QString& name)
 {
-    const QByteArray image = readInput(name, largestFirmwareBundle);
+    QByteArray image = readInput(name, largestFirmwareBundle);
     const QString format = formatOtherThanRaw(image);
     if (!format.isEmpty())
         throw FileError(inputName(name),
@@ -168,7 +168,8 @@ Tarnware::Status Tarnware::show(QCommandLineParser& parser, const QStringList& a
     if (words.size() < 2)
         return badUsage(parser, QStringLiteral("show takes one or more bundle files"));
     Status status = Success;
-    for (const QString& name : words.mid(1)) {
+    const QStringList names = words.mid(1);
+    for (const QString& name : names) {
         if (showOne(name) != Success)
             status = BadFile;
     }
