@@ -19,9 +19,9 @@ enum class ArchitectureProbe
 /// report the kernel's machine type. Any thread.
 ArchitectureProbe probeArchitecture();
 
-/// The text for the result of a probe: "64", "32", or "IsWow64Process Error" for a failed one, which
-/// also logs an error. Inline in this header so that the line goes to the logger OSInformation on
-/// every platform. Any thread.
+/// The text for the result of a probe: "64", "32", or "IsWow64Process Error" for a failed one,
+/// which also logs an error. Inline in this header so that the line goes to the logger
+/// OSInformation on every platform. Any thread.
 inline QString GetOSArchitectureBits(ArchitectureProbe probed)
 {
     switch (probed) {
