@@ -14,7 +14,8 @@ namespace VirtualUnit {
 class VirtualBus : public Bus
 {
 public:
-    /// Throws std::runtime_error when the library is not preloaded.
+    /// Throws std::runtime_error when the library is not preloaded, and when no folder can be made
+    /// below TMPDIR.
     VirtualBus();
 
     /// The host alone. Throws as the constructor does.

@@ -13,7 +13,6 @@ namespace {
 constexpr std::uint8_t readInterface = 0xC1;
 constexpr std::uint8_t writeInterface = 0x41;
 constexpr std::size_t serialNameAt = 16;
-constexpr std::size_t serialNameField = 32;
 
 Bytes padded(const std::string& text, std::size_t size)
 {
@@ -25,7 +24,7 @@ Bytes padded(const std::string& text, std::size_t size)
 Bytes configurationPage(const Overrides& overrides)
 {
     Bytes page(overrides.schemaVersion == 4 ? 64 : 74, 0xA5);
-    const Bytes name = padded(overrides.serialName, serialNameField);
+    const Bytes name = padded(overrides.serialName, MaximumSerialNameLength);
     std::copy(name.begin(), name.end(), page.begin() + serialNameAt);
     return page;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "unit/FirmwareImage.h"
 
+#include "unit/Flash.h"
+
 #include <algorithm>
 #include <random>
 #include <stdexcept>
@@ -32,8 +34,8 @@ std::uint32_t checksum(Bytes image)
 
 Bytes makeImage(std::size_t size, const std::string& version, std::uint32_t seed)
 {
-    if (size < MinimumImageSize)
-        throw std::invalid_argument("an image has at least 64 bytes");
+    if (size < MinimumImageSize || size > Flash::End - Flash::ApplicationStart)
+        throw std::invalid_argument("an image has 64 to 247808 bytes");
     if (version.size() > MaximumVersionLength)
         throw std::invalid_argument("a version has at most 15 characters");
 

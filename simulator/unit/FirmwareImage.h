@@ -25,8 +25,9 @@ constexpr std::size_t MinimumImageSize = 64;
 constexpr std::size_t MaximumVersionLength = 15;
 
 /// Makes a valid image of exactly @p size bytes with that version. Images that differ in size,
-/// version or @p seed differ throughout. Throws std::invalid_argument when the size is below
-/// MinimumImageSize or the version is longer than MaximumVersionLength.
+/// version or @p seed differ throughout. Throws std::invalid_argument when the size is not from
+/// MinimumImageSize to that of the application's flash, or the version is longer than
+/// MaximumVersionLength.
 Bytes makeImage(std::size_t size, const std::string& version, std::uint32_t seed = 1);
 
 /// The image at the start of @p memory, which may hold more; length 0 unless the image is valid.

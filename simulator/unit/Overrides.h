@@ -8,6 +8,9 @@
 
 namespace VirtualUnit {
 
+/// How many bytes of a serial name the configuration page has room for.
+constexpr std::size_t MaximumSerialNameLength = 32;
+
 /// What tests can change about a unit before and during a run (Unit::adjust). A plain value.
 struct Overrides
 {
@@ -19,7 +22,7 @@ struct Overrides
 
     // Application mode.
     std::uint32_t schemaVersion = 5; ///< 4: configuration page of 64 bytes, 5: of 74 bytes
-    std::string serialName;          ///< at most 32 bytes reach the configuration page
+    std::string serialName;          ///< what is too long is cut off
 
     // Bootloader mode.
     std::uint16_t transferSize = 2048;

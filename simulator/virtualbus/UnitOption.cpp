@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "virtualbus/UnitOption.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -8,15 +9,38 @@
 
 namespace VirtualUnit {
 
+namespace {
+
+std::string serialName(const QString& text)
+{
+    std::string name = text.toLocal8Bit().toStdString();
+    if (name.size() > MaximumSerialNameLength)
+        throw std::invalid_argument("a serial name has at most 32 bytes: " + name);
+    return name;
+}
+
+} // namespace
+
 QString unitOptionHelp()
 {
     return QStringLiteral(
         "UNIT is KIND[:KEY=VALUE]... where KIND is aquen, solvar, aquen-dfu or solvar-dfu.\n"
-        "  serial=NAME     serial name in the configuration page (default \"Virtual KIND N\")\n"
+        "  serial=NAME     serial name in the configuration page, up to 32 bytes (default\n"
+        "                  \"Virtual KIND N\")\n"
         "  firmware=X.Y.Z  version of the image in its flash (default 1.2.0; a -dfu unit has no\n"
         "                  image unless it is given one)\n"
         "  plugged=no      not on the bus at first\n"
         "Control lines and the report call it KIND, the second one KIND#2, and so on.\n");
+}
+
+std::string firmwareVersion(const QString& text)
+{
+    constexpr int longest = 8; // the response's size
+    static const QRegularExpression pattern(QStringLiteral("\\A[0-9]+\\.[0-9]+\\.[0-9]+\\z"));
+    if (!pattern.match(text).hasMatch() || text.size() > longest)
+        throw std::invalid_argument("not a version X.Y.Z of at most 8 characters: " +
+                                    text.toStdString());
+    return text.toStdString();
 }
 
 LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& before)
@@ -42,9 +66,9 @@ LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& be
         const QString key = part.section('=', 0, 0);
         const QString value = part.section('=', 1);
         if (key == QLatin1String("serial") && part != key)
-            setup.serialName = value.toLocal8Bit().toStdString();
+            setup.serialName = serialName(value);
         else if (key == QLatin1String("firmware") && part != key)
-            setup.firmware = value.toLocal8Bit().toStdString();
+            setup.firmware = firmwareVersion(value);
         else if (part == QLatin1String("plugged=no"))
             unit.plugged = false;
         else if (part != QLatin1String("plugged=yes"))

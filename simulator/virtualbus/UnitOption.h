@@ -21,4 +21,8 @@ LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& be
 
 QString unitOptionHelp();
 
+/// The text as a firmware version. Throws std::invalid_argument with a text for the user unless it
+/// is X.Y.Z in decimal digits, as long as a unit can report it.
+std::string firmwareVersion(const QString& text);
+
 } // namespace VirtualUnit

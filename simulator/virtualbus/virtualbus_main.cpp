@@ -26,9 +26,11 @@ void describe(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(
         "Runs a command with virtual units, and nothing else, on its USB bus. The exit status is\n"
-        "the command's; 2 for wrong arguments, 127 when it cannot be run. At the end there is one\n"
-        "line per unit: its mode, firmware version, whether it is on the bus, and length and\n"
-        "SHA-256 of what its application flash holds.\n\n" +
+        "the command's; 2 for wrong arguments, 127 when it cannot be run or output is lost. At "
+        "the\n"
+        "end there is one line per unit: its mode, firmware version, whether it is on the bus, "
+        "and\n"
+        "length and SHA-256 of what its application flash holds.\n\n" +
         unitOptionHelp() + '\n' + ControlFifo::help());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOptions({
@@ -42,6 +44,7 @@ void describe(QCommandLineParser& parser)
         {"make-image", "Write a valid firmware image, and do nothing else.", "VERSION:SIZE:FILE"},
     });
     parser.addHelpOption();
+    parser.addOption({"version", "Displays the version of this program."});
     parser.addPositionalArgument("command", "What to run.", "-- COMMAND [ARGUMENT]...");
 }
 
@@ -51,11 +54,30 @@ void openOutput(QFile& file)
         throw std::invalid_argument("cannot write " + file.fileName().toStdString());
 }
 
+void finish(QTextStream& stream, const QFile& file)
+{
+    stream.flush();
+    if (stream.status() != QTextStream::Ok || file.error() != QFile::NoError)
+        throw std::runtime_error("cannot write " + (file.fileName().isEmpty()
+                                                        ? "standard error"
+                                                        : file.fileName().toStdString()));
+}
+
+void print(const std::string& text)
+{
+    if (!(std::cout << text << std::flush))
+        throw std::runtime_error("cannot write standard output");
+}
+
 void writeImage(const QString& order)
 {
-    const Bytes image =
-        makeImage(order.section(':', 1, 1).toUInt(), order.section(':', 0, 0).toStdString());
+    const std::string version = firmwareVersion(order.section(':', 0, 0));
+    bool isNumber = false;
+    const unsigned length = order.section(':', 1, 1).toUInt(&isNumber);
     QFile file(order.section(':', 2));
+    if (!isNumber || file.fileName().isEmpty())
+        throw std::invalid_argument("not VERSION:SIZE:FILE: " + order.toStdString());
+    const Bytes image = makeImage(length, version);
     openOutput(file);
     const auto size = static_cast<qint64>(image.size());
     if (file.write(reinterpret_cast<const char*>(image.data()), size) != size || !file.flush())
@@ -96,6 +118,8 @@ int run(const QCommandLineParser& parser)
         if (trace.isOpen())
             writeTrace(traceText, unit);
     }
+    finish(reportText, report);
+    finish(traceText, trace);
     return status;
 }
 
@@ -113,7 +137,11 @@ int main(int argc, char** argv)
         if (!parser.parse(QCoreApplication::arguments()))
             throw std::invalid_argument(parser.errorText().toStdString());
         if (parser.isSet("help")) {
-            std::cout << parser.helpText().toStdString();
+            print(parser.helpText().toStdString());
+            return 0;
+        }
+        if (parser.isSet("version")) {
+            print("virtualbus " VERSION "\n");
             return 0;
         }
         if (parser.isSet("make-image")) {

@@ -48,6 +48,16 @@ class VirtualBus(unittest.TestCase):
         process.kill()  # the command, which has the pipes open, ends as well
         process.communicate(timeout=60)
 
+    def test_refusals(self):
+        for words, text in ((["--unit=aquen:firmware=abc"], "not a version"),
+                            (["--unit=aquen:serial=" + 33 * "x"], "at most 32 bytes"),
+                            (["--make-image=1.2.3:247809:/dev/null"], "64 to 247808 bytes"),
+                            (["--unit=aquen", "--report=/dev/full"], "cannot write /dev/full"),
+                            (["--", "env", "TMPDIR=/none", VIRTUALBUS], "temporary folder")):
+            process = run([VIRTUALBUS, *words, "--", "true"], stderr=PIPE, text=True)
+            self.assertIn(text, process.stderr)
+            self.assertIn(process.returncode, (2, 127))
+
     def test_lsusb(self):
         units = [f"--unit={kind}" for kind in ("aquen-dfu", "solvar-dfu", "aquen", "solvar")]
         _, output, _ = self.finish(self.start(*units, "--", "lsusb", "-v", "-d", "16d0:"))

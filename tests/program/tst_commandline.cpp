@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-// The executable's own options, Qt's beside them, and unknown ones.
+// The executable's own options, Qt's beside them, unknown ones, and no display.
 #include <QProcess>
 #include <QTest>
 
@@ -15,7 +15,10 @@ private slots:
             {"-h", "0", "Usage: " UPDATER " [options]\n"},
             {"-platform offscreen --version", "0", "AquenSolvarUpdater " VERSION "\n"},
             {"unit", "2", "Unexpected argument 'unit'.\nUsage: "},
-            {"-reverse --bogus", "2", "Unknown option 'bogus'.\nUsage: "},
+            {"-platform xcb -display none -reverse --bogus", "2",
+             "Unknown option 'bogus'.\nUsage: "},
+            {"-platform xcb -display none", "1", "AquenSolvarUpdater: cannot open a display."},
+            {"-platform=offscreen", "2", "Unknown option 'platform'.\nUsage: "},
         };
         for (const QStringList& row : rows) {
             QProcess updater;

@@ -120,8 +120,9 @@ private slots:
         for (const auto& [actual, expected] : rows)
             QCOMPARE(actual, expected);
         LogCapture log({"OSInformation"});
-        architectureBitsText(ArchitectureProbe::Failed);
-        QCOMPARE(log.messages(), QStringList("ERROR IsWow64Process returned an error."));
+        GetOSArchitectureBits(ArchitectureProbe::Failed);
+        QCOMPARE(log.lines().value(0).section(' ', 2),
+                 "[GetOSArchitectureBits] IsWow64Process returned an error.");
     }
 };
 

@@ -1,162 +1,244 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "tarnware/Tarnware.h"
 
+#include "Common/BuildVersion.h"
 #include "firmware/FirmwareBundle.h"
 #include "firmware/ImageSize.h"
+#include "tarnware/FileAccess.h"
+#include "tarnware/ImageFormat.h"
 
+#include <QCommandLineParser>
 #include <QCryptographicHash>
-#include <QFile>
+#include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
-using AquenSolvar::Device::FirmwareBundle;
-using AquenSolvar::Device::firmwareReadResultText;
-using AquenSolvar::Device::imageSizeBound;
-using AquenSolvar::Device::packFirmwareBundle;
-using AquenSolvar::Device::parseFirmwareBundle;
-using AquenSolvar::Device::readFirmwareBundle;
+using namespace AquenSolvar::Device;
 
 namespace {
 
 constexpr char description[] = R"(Creates and reads firmware bundles.
 
-Commands:
-  pack --version N IMAGE OUT  Create a bundle from a raw flash image.
-  show FILE...                Print version, size and SHA-256 of each bundle's image.
-  unpack FILE OUT             Write the raw flash image of a bundle.
+Commands; "COMMAND --help" shows their arguments:
+  pack    Create a bundle from a raw flash image.
+  show    Print version, size and SHA-256 of each bundle's image.
+  unpack  Write the raw flash image of a bundle.
 
-OUT appears only when it is complete; an existing file is replaced. Exit status: 0 done, 1 a file is
-missing, unreadable, damaged or unsuitable, 2 wrong usage.)";
+Exit status: 0 done, 1 a file is missing, unreadable, damaged or unsuitable, or output is lost,
+2 wrong usage.)";
+
+const QString outDescription = QStringLiteral(
+    "The file to write, or - for standard output. It appears only when it is complete, and "
+    "replaces an existing file.");
+
+FirmwareBundle readBundle(const QString& name)
+{
+    FirmwareBundle bundle;
+    const int result = parseFirmwareBundle(readInput(name, largestFirmwareBundle), bundle);
+    if (result != FirmwareRead)
+        throw FileError(inputName(name), firmwareReadResultText(result));
+    return bundle;
+}
+
+QByteArray readImage(const QString& name)
+{
+    QByteArray image = readInput(name, largestFirmwareBundle);
+    const QString format = formatOtherThanRaw(image);
+    if (!format.isEmpty())
+        throw FileError(inputName(name),
+                        QStringLiteral("is %1 and not a raw flash image").arg(format));
+    if (image.isEmpty() || image.size() >= imageSizeBound)
+        throw FileError(inputName(name),
+                        QStringLiteral("an image has 1 to %1 bytes").arg(imageSizeBound - 1));
+    return image;
+}
 
 } // namespace
 
-Tarnware::Tarnware(QTextStream& output, QTextStream& errors)
-    : m_help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text."))
-    , m_version(
-          QStringLiteral("version"),
-          QStringLiteral("With pack: a whole number from 1 on. The updater takes the highest."),
-          QStringLiteral("N"))
-    , m_output(output)
-    , m_errors(errors)
+Tarnware::Tarnware(QTextStream& errors)
+    : m_errors(errors)
 {
-    m_parser.setApplicationDescription(QString::fromLatin1(description));
-    m_parser.addOptions({m_help, m_version});
-    m_parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("One of the above."));
-    m_parser.addPositionalArgument(
-        QStringLiteral("FILE"),
-        QStringLiteral("An image has 1 to %1 bytes.").arg(imageSizeBound - 1),
-        QStringLiteral("FILE..."));
 }
 
 Tarnware::Status Tarnware::run(const QStringList& arguments)
 {
-    if (!m_parser.parse(arguments))
-        return badUsage(m_parser.errorText());
-    if (m_parser.isSet(m_help)) {
-        m_output << m_parser.helpText();
+    try {
+        return runCommand(arguments);
+    } catch (const FileError& error) {
+        return complain(BadFile, QString::fromUtf8(error.what()));
+    }
+}
+
+Tarnware::Status Tarnware::runCommand(const QStringList& arguments)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QString::fromLatin1(description));
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption version(QStringLiteral("version"),
+                                     QStringLiteral("Show the version of this program."));
+    parser.addOption(version);
+    parser.addPositionalArgument(QStringLiteral("COMMAND"), QStringLiteral("One of the above."),
+                                 QStringLiteral("COMMAND [argument]..."));
+    QStringList words;
+    if (const std::optional<Status> status = parse(parser, arguments, words))
+        return *status;
+    if (parser.isSet(version)) {
+        if (!words.isEmpty())
+            return badUsage(parser, QStringLiteral("the version of a bundle follows \"pack\""));
+        writeStandardOutput("tarnware " +
+                            Common::BuildVersion::majorMinorRevisionString().toUtf8() + '\n');
         return Success;
     }
-    QStringList files = m_parser.positionalArguments();
-    if (files.isEmpty())
-        return badUsage(QStringLiteral("no command given"));
-    const QString command = files.takeFirst();
+    if (words.isEmpty())
+        return badUsage(parser, QStringLiteral("no command given"));
+
+    const QString command = words.first();
+    words.prepend(arguments.first());
+    QCommandLineParser commandParser;
     if (command == QLatin1String("pack"))
-        return pack(files);
-    if (m_parser.isSet(m_version))
-        return badUsage(QStringLiteral("only pack takes --version"));
+        return pack(commandParser, words);
     if (command == QLatin1String("show"))
-        return show(files);
+        return show(commandParser, words);
     if (command == QLatin1String("unpack"))
-        return unpack(files);
-    return badUsage(QStringLiteral("unknown command \"%1\"").arg(command));
+        return unpack(commandParser, words);
+    return badUsage(parser, QStringLiteral("unknown command \"%1\"").arg(command));
 }
 
-Tarnware::Status Tarnware::pack(const QStringList& files)
+// Fills in the positional arguments. The command is over if this returns a status.
+std::optional<Tarnware::Status> Tarnware::parse(QCommandLineParser& parser,
+                                                const QStringList& arguments, QStringList& files)
 {
-    if (!m_parser.isSet(m_version) || files.size() != 2)
-        return badUsage(QStringLiteral("pack takes --version N, an image and an output file"));
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Show this text."));
+    parser.addOption(help);
+    if (!parser.parse(arguments))
+        return badUsage(parser, parser.errorText());
+    files = parser.positionalArguments();
+    if (!parser.isSet(help))
+        return std::nullopt;
+    writeStandardOutput(parser.helpText().toLocal8Bit());
+    return Success;
+}
+
+Tarnware::Status Tarnware::pack(QCommandLineParser& parser, const QStringList& arguments)
+{
+    const QCommandLineOption version(
+        QStringLiteral("version"),
+        QStringLiteral("Required: a whole number from 1 on. The updater takes the highest."),
+        QStringLiteral("N"));
+    parser.addOption(version);
+    parser.addPositionalArgument(QStringLiteral("pack"), QStringLiteral("Create a bundle."));
+    parser.addPositionalArgument(
+        QStringLiteral("IMAGE"),
+        QStringLiteral("A raw flash image of 1 to %1 bytes, or - for standard input.")
+            .arg(imageSizeBound - 1));
+    parser.addPositionalArgument(QStringLiteral("OUT"), outDescription);
+    QStringList words;
+    if (const std::optional<Status> status = parse(parser, arguments, words))
+        return *status;
+    if (!parser.isSet(version) || words.size() != 3)
+        return badUsage(parser,
+                        QStringLiteral("pack takes --version N, an image and an output file"));
     bool isNumber = false;
-    const qint32 version = m_parser.value(m_version).toInt(&isNumber);
-    if (!isNumber || version < 1)
-        return badUsage(QStringLiteral("the version is not a whole number from 1 to 2147483647"));
+    const qint32 number = parser.value(version).toInt(&isNumber);
+    if (!isNumber || number < 1)
+        return badUsage(parser,
+                        QStringLiteral("the version is not a whole number from 1 to 2147483647"));
 
-    QFile image(files.at(0));
-    if (!QFileInfo(image).isFile() || !image.open(QIODevice::ReadOnly))
-        return complain(BadFile, QStringLiteral("%1: cannot be read").arg(files.at(0)));
-    const QByteArray contents = image.read(imageSizeBound);
-    if (image.error() != QFileDevice::NoError)
-        return complain(BadFile, files.at(0) + QStringLiteral(": ") + image.errorString());
-    if (contents.isEmpty() || contents.size() >= imageSizeBound)
-        return complain(BadFile, QStringLiteral("%1: an image has 1 to %2 bytes")
-                                     .arg(files.at(0))
-                                     .arg(imageSizeBound - 1));
-
-    const QByteArray bundle = packFirmwareBundle(version, contents);
+    const QByteArray image = readImage(words.at(1));
+    const QByteArray bundle = packFirmwareBundle(number, image);
     FirmwareBundle check;
-    if (parseFirmwareBundle(bundle, check) != 0 || check.data != contents)
+    if (parseFirmwareBundle(bundle, check) != FirmwareRead || check.data != image)
         return complain(BadFile, QStringLiteral("the bundle does not read back"));
-    return writeFile(files.at(1), bundle);
+    writeOutput(words.at(2), bundle, words.at(1));
+    warnOfName(words.at(2));
+    return Success;
 }
 
-Tarnware::Status Tarnware::show(const QStringList& files)
+Tarnware::Status Tarnware::show(QCommandLineParser& parser, const QStringList& arguments)
 {
-    if (files.isEmpty())
-        return badUsage(QStringLiteral("show takes one or more bundle files"));
+    parser.addPositionalArgument(
+        QStringLiteral("show"),
+        QStringLiteral("Print version, size and SHA-256 of each bundle's image."));
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("A bundle, or - for standard input."),
+                                 QStringLiteral("FILE..."));
+    QStringList words;
+    if (const std::optional<Status> status = parse(parser, arguments, words))
+        return *status;
+    if (words.size() < 2)
+        return badUsage(parser, QStringLiteral("show takes one or more bundle files"));
     Status status = Success;
-    for (const QString& file : files) {
-        if (showOne(file) != Success)
+    const QStringList names = words.mid(1);
+    for (const QString& name : names) {
+        if (showOne(name) != Success)
             status = BadFile;
     }
     return status;
 }
 
-Tarnware::Status Tarnware::showOne(const QString& file)
+Tarnware::Status Tarnware::showOne(const QString& name)
 {
     FirmwareBundle bundle;
-    const int result = readFirmwareBundle(file, bundle);
-    if (result != 0)
-        return complain(BadFile, file + QStringLiteral(": ") + firmwareReadResultText(result));
+    try {
+        bundle = readBundle(name);
+    } catch (const FileError& error) {
+        return complain(BadFile, QString::fromUtf8(error.what()));
+    }
     const QByteArray digest = QCryptographicHash::hash(bundle.data, QCryptographicHash::Sha256);
-    m_output << file << ": version " << bundle.version << ", " << bundle.data.size()
-             << " bytes, SHA-256 " << digest.toHex() << '\n';
+    QString line;
+    QTextStream(&line) << inputName(name) << ": version " << bundle.version << ", "
+                       << bundle.data.size() << " bytes, SHA-256 " << digest.toHex() << '\n';
+    writeStandardOutput(line.toLocal8Bit());
+    warnOfName(name);
     if (bundle.version < 1)
-        m_errors << "tarnware: " << file << ": the updater never chooses a version below 1\n";
-    if (bundle.data.isEmpty() || bundle.data.size() >= imageSizeBound)
-        m_errors << "tarnware: " << file << ": the updater takes an image of 1 to "
-                 << imageSizeBound - 1 << " bytes\n";
-    return Success;
-}
-
-Tarnware::Status Tarnware::unpack(const QStringList& files)
-{
-    if (files.size() != 2)
-        return badUsage(QStringLiteral("unpack takes a bundle file and an output file"));
-    FirmwareBundle bundle;
-    const int result = readFirmwareBundle(files.at(0), bundle);
-    if (result != 0)
         return complain(BadFile,
-                        files.at(0) + QStringLiteral(": ") + firmwareReadResultText(result));
-    return writeFile(files.at(1), bundle.data);
+                        inputName(name) +
+                            QStringLiteral(": the updater never chooses a version below 1"));
+    if (bundle.data.isEmpty() || bundle.data.size() >= imageSizeBound)
+        return complain(BadFile, inputName(name) +
+                                     QStringLiteral(": the updater takes an image of 1 to %1 bytes")
+                                         .arg(imageSizeBound - 1));
+    return Success;
 }
 
-Tarnware::Status Tarnware::writeFile(const QString& path, const QByteArray& contents)
+Tarnware::Status Tarnware::unpack(QCommandLineParser& parser, const QStringList& arguments)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size() ||
-        !file.commit())
-        return complain(BadFile, path + QStringLiteral(": ") + file.errorString());
+    parser.addPositionalArgument(QStringLiteral("unpack"),
+                                 QStringLiteral("Write the raw flash image of a bundle."));
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("A bundle, or - for standard input."));
+    parser.addPositionalArgument(QStringLiteral("OUT"), outDescription);
+    QStringList words;
+    if (const std::optional<Status> status = parse(parser, arguments, words))
+        return *status;
+    if (words.size() != 3)
+        return badUsage(parser, QStringLiteral("unpack takes a bundle file and an output file"));
+    writeOutput(words.at(2), readBundle(words.at(1)).data, words.at(1));
     return Success;
+}
+
+// A warning only: the file may be renamed on its way to the updater.
+void Tarnware::warnOfName(const QString& name)
+{
+    // The updater's name filters, one for each kind of unit.
+    static const QStringList patterns = {QStringLiteral("aquen-v*.tarnware"),
+                                         QStringLiteral("solvar-v*.tarnware")};
+    const QString file = QFileInfo(name).fileName();
+    if (!isStandardStream(name) && !QDir::match(patterns, file))
+        m_errors << "tarnware: " << name << ": the updater reads only files named "
+                 << patterns.join(QStringLiteral(" or ")) << '\n';
 }
 
 Tarnware::Status Tarnware::complain(Status status, const QString& text)
 {
     m_errors << "tarnware: " << text << '\n';
+    m_errors.flush();
     return status;
 }
 
-Tarnware::Status Tarnware::badUsage(const QString& text)
+Tarnware::Status Tarnware::badUsage(const QCommandLineParser& parser, const QString& text)
 {
     complain(BadUsage, text);
-    m_errors << m_parser.helpText();
+    m_errors << parser.helpText();
     return BadUsage;
 }

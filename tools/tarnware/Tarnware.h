@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #pragma once
 
-#include <QCommandLineParser>
 #include <QStringList>
 #include <QTextStream>
 
-/// The command-line tool that creates, shows and unpacks firmware bundles. Writes results to one
-/// stream and errors to the other. Needs an application object, which names the program in the help
-/// text. Main thread.
+#include <optional>
+
+class QCommandLineParser;
+
+/// The command-line tool that creates, shows and unpacks firmware bundles. Writes results to
+/// standard output and errors to a stream. Needs an application object, which names the program in
+/// the help text. Main thread.
 class Tarnware
 {
 public:
@@ -15,29 +18,28 @@ public:
     enum Status
     {
         Success = 0,
-        BadFile = 1, ///< a file is missing, unreadable, damaged, or no image that a unit could take
+        BadFile = 1, ///< a file is missing, unreadable, damaged or unsuitable, or cannot be written
         BadUsage = 2
     };
 
-    Tarnware(QTextStream& output, QTextStream& errors);
+    explicit Tarnware(QTextStream& errors);
 
     /// Runs one command.
     /// @param arguments all of the program's arguments, its own name first
     Status run(const QStringList& arguments);
 
 private:
-    Status pack(const QStringList& files);
-    Status show(const QStringList& files);
-    Status unpack(const QStringList& files);
+    Status runCommand(const QStringList& arguments);
+    Status pack(QCommandLineParser& parser, const QStringList& arguments);
+    Status show(QCommandLineParser& parser, const QStringList& arguments);
+    Status unpack(QCommandLineParser& parser, const QStringList& arguments);
 
-    Status showOne(const QString& file);
-    Status writeFile(const QString& path, const QByteArray& contents);
+    std::optional<Status> parse(QCommandLineParser& parser, const QStringList& arguments,
+                                QStringList& files);
+    Status showOne(const QString& name);
+    void warnOfName(const QString& name);
     Status complain(Status status, const QString& text);
-    Status badUsage(const QString& text);
+    Status badUsage(const QCommandLineParser& parser, const QString& text);
 
-    QCommandLineParser m_parser;
-    QCommandLineOption m_help;
-    QCommandLineOption m_version;
-    QTextStream& m_output;
     QTextStream& m_errors;
 };

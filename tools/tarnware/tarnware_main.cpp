@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "tarnware/BinaryStreams.h"
 #include "tarnware/Tarnware.h"
 
 #include <QCoreApplication>
@@ -7,8 +8,8 @@
 
 int main(int argc, char* argv[])
 {
+    makeStreamsBinary();
     const QCoreApplication application(argc, argv);
-    QTextStream output(stdout);
     QTextStream errors(stderr);
-    return Tarnware(output, errors).run(QCoreApplication::arguments());
+    return Tarnware(errors).run(QCoreApplication::arguments());
 }

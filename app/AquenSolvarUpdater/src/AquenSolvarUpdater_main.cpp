@@ -4,82 +4,20 @@
 #include "Common/Paths.h"
 #include "qslog/DebugOutputDestination.h"
 #include "qslog/Log.h"
+#include "shell/CommandLine.h"
 #include "shell/InstanceGuard.h"
+#include "shell/NoDisplay.h"
 #include "shell/Renderer.h"
 #include "shell/Translation.h"
 #include "shell/UserInterface.h"
 #include "update/DetachedJob.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QLocale>
 #include <QQmlApplicationEngine>
-#include <QTextStream>
 
 #include <memory>
 #include <optional>
-
-namespace {
-
-constexpr int usageError = 2;
-
-QStringList argumentsOf(int argc, char** argv)
-{
-    QStringList arguments;
-    for (int index = 0; index < argc; ++index)
-        arguments << QString::fromLocal8Bit(argv[index]);
-    return arguments;
-}
-
-void defineOptions(QCommandLineParser& parser)
-{
-    // Qt's own options are words after one dash: "-reverse" does not contain "-v".
-    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(
-        QStringLiteral("Updates the firmware of washing and curing units attached by USB."));
-    parser.addOptions(
-        {{{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text.")},
-         {{QStringLiteral("v"), QStringLiteral("version")},
-          QStringLiteral("Show the version of this program.")}});
-}
-
-// Handles the options that need no display, before the application object exists.
-std::optional<int> handleEarlyOptions(int argc, char** argv)
-{
-    QCommandLineParser parser;
-    defineOptions(parser);
-    // Qt's own options are unknown here, so that errors do not count yet.
-    parser.parse(argumentsOf(argc, argv));
-    QTextStream out(stdout);
-    if (parser.isSet(QStringLiteral("help"))) {
-        const QCoreApplication application(argc, argv); // names the program in the text
-        out << parser.helpText();
-    } else if (parser.isSet(QStringLiteral("version"))) {
-        out << "AquenSolvarUpdater " << Common::BuildVersion::majorMinorRevisionString() << '\n';
-    } else {
-        return std::nullopt;
-    }
-    return 0;
-}
-
-// Refuses every argument that Qt has not taken.
-bool checkCommandLine()
-{
-    QCommandLineParser parser;
-    defineOptions(parser);
-    QString error;
-    if (!parser.parse(QCoreApplication::arguments()))
-        error = parser.errorText();
-    else if (!parser.positionalArguments().isEmpty())
-        error = QStringLiteral("Unexpected argument '%1'.")
-                    .arg(parser.positionalArguments().constFirst());
-    if (error.isEmpty())
-        return true;
-    QTextStream(stderr) << error << '\n' << parser.helpText();
-    return false;
-}
-
-} // namespace
 
 static void InitializeApplication(const QString& applicationName)
 {
@@ -98,14 +36,17 @@ static void InitializeApplication(const QString& applicationName)
 int main(int argc, char** argv)
 {
     QsLogging::surviveClosedDebugOutput();
-    if (const std::optional<int> status = handleEarlyOptions(argc, argv))
+    if (const std::optional<int> status = AquenSolvar::handleCommandLine(argc, argv))
         return *status;
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // A Wayland desktop finds the window's menu entry and icon by this name.
     QGuiApplication::setDesktopFileName(QStringLiteral("quillon.aquen_solvar.updater"));
+    const QtMessageHandler messageHandler =
+        qInstallMessageHandler(&AquenSolvar::exitWithoutDisplay);
     QApplication application(argc, argv);
-    if (!checkCommandLine())
-        return usageError;
+    qInstallMessageHandler(messageHandler);
+    if (const std::optional<int> status = AquenSolvar::refuseRemainingArguments())
+        return *status;
     auto engine = std::make_unique<QQmlApplicationEngine>();
     InitializeApplication(QStringLiteral("QuillonFirmwareUpdater"));
     Q_INIT_RESOURCE(UnderscoreQML);

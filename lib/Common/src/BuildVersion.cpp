@@ -2,6 +2,7 @@
 #include "Common/BuildVersion.h"
 
 #include "BuildFacts.h"
+#include "SourceRevision.h"
 
 namespace Common {
 

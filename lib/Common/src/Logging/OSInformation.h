@@ -19,9 +19,10 @@ enum class ArchitectureProbe
 /// report the kernel's machine type. Any thread.
 ArchitectureProbe probeArchitecture();
 
-/// The text for the result of a probe. Logs an error for a failed one. Inline in this header so
-/// that the line goes to the logger OSInformation on every platform.
-inline QString architectureBitsText(ArchitectureProbe probed)
+/// The text for the result of a probe: "64", "32", or "IsWow64Process Error" for a failed one,
+/// which also logs an error. Inline in this header so that the line goes to the logger
+/// OSInformation on every platform. Any thread.
+inline QString GetOSArchitectureBits(ArchitectureProbe probed)
 {
     switch (probed) {
     case ArchitectureProbe::Bits64:
@@ -35,12 +36,11 @@ inline QString architectureBitsText(ArchitectureProbe probed)
     return QStringLiteral("IsWow64Process Error");
 }
 
-/// The width of the operating system: "64", "32", or "IsWow64Process Error" when the system call
-/// failed. On Windows "64" means a 32-bit process on a 64-bit system; a native 64-bit process gets
-/// "32". Any thread.
+/// The width of the operating system, as above. On Windows "64" means a 32-bit process on a 64-bit
+/// system; a native 64-bit process gets "32". Any thread.
 inline QString GetOSArchitectureBits()
 {
-    return architectureBitsText(probeArchitecture());
+    return GetOSArchitectureBits(probeArchitecture());
 }
 
 } // namespace Common

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
+#include "tarnware/BinaryStreams.h"
+
+void makeStreamsBinary() {} // they are
