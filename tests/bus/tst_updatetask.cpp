@@ -176,7 +176,9 @@ void tst_updatetask::taskGoesWhileFlashing()
     QVERIFY(progress.wait());
     task.reset();
     QVERIFY(waitFor([&] { return m_unit->mode() == Mode::Application; }));
-    QVERIFY(waitFor([&] { return qApp->findChildren<Device::DetachedJob*>().isEmpty(); }));
+    QVERIFY(waitFor([&] {
+        return QCoreApplication::instance()->findChildren<Device::DetachedJob*>().isEmpty();
+    }));
 }
 
 void tst_updatetask::programEndsWhileFlashing()

@@ -73,6 +73,9 @@ private slots:
         rlimit usual = {};
         getrlimit(RLIMIT_NOFILE, &usual);
         const rlimit none = {3, usual.rlim_max};
+        // UBSan needs descriptors when it meets a class for the first time.
+        QVERIFY(!enumerator.init(nullptr));
+        QCOMPARE(messageOf([] { throw USBException("met"); }), QString("met"));
         setrlimit(RLIMIT_NOFILE, &none);
         const bool opened = enumerator.init(this);
         setrlimit(RLIMIT_NOFILE, &usual);

@@ -59,7 +59,7 @@ void tst_sleepinhibitor::heldWhileAJobRuns()
     QTRY_COMPARE(m_requests, QStringList({"sleep:idle" + rest, "handle-lid-switch" + rest}));
     QTRY_COMPARE(locksHeld(), 0);
     auto awake = std::make_unique<AquenSolvar::SleepInhibitor>("why");
-    QTRY_COMPARE(locksHeld(), 1);
+    QTRY_VERIFY(locksHeld() > 0);
     awake.reset();
     QTRY_COMPARE(locksHeld(), 0);
 }
