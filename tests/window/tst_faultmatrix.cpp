@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QtEndian>
 
 #include <random>
@@ -129,6 +130,14 @@ int openDescriptors()
 class tst_faultmatrix : public UpdaterSession
 {
     Q_OBJECT
+
+public:
+    tst_faultmatrix()
+    {
+        // Each thread of the pool has a descriptor: one thread, which stays.
+        QThreadPool::globalInstance()->setMaxThreadCount(1);
+        QThreadPool::globalInstance()->setExpiryTimeout(-1);
+    }
 
 private slots:
     void unplug() { meetFaults(Action::LeaveBus, &Role::unplugged); }
