@@ -33,7 +33,7 @@ packages_for() {
         fuzz) echo clang libclang-rt-dev ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
-        package) echo dpkg-dev file ;;
+        package) echo debhelper pandoc python3 ;;
         # Checks of a package, and a new system to install it into.
         package-test) echo lintian appstream desktop-file-utils piuparts mmdebstrap man-db ;;
         *)
