@@ -30,10 +30,10 @@ packages_for() {
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;
-        fuzz) echo clang libclang-rt-14-dev ;;
+        fuzz) echo clang libclang-rt-dev ;;
         benchmark) echo libbenchmark-dev ;;
         wayland) echo qtwayland5 ;;
-        package) echo dpkg-dev file ;;
+        package) echo debhelper pandoc python3 ;;
         # Checks of a package, and a new system to install it into.
         package-test) echo lintian appstream desktop-file-utils piuparts mmdebstrap man-db ;;
         *)

@@ -21,6 +21,15 @@ die() {
     exit 1
 }
 
+as_root() { if [[ $(id -u) -eq 0 ]]; then "$@"; else sudo "$@"; fi; }
+
+# The mirror of Debian to make further systems from: ASU_DEBIAN_MIRROR, or the first one that apt uses.
+debian_mirror() {
+    # shellcheck disable=SC2016 # expanded by apt-get
+    say "${ASU_DEBIAN_MIRROR:-$(apt-get indextargets --format '$(REPO_URI)' \
+        'Created-By: Packages' 'Label: Debian' | head -n 1)}"
+}
+
 # build PRESET [TARGET…]: configures and builds; all targets by default.
 build() {
     local preset=$1
