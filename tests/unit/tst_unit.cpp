@@ -102,7 +102,7 @@ private slots:
         row("erase outside", "erase:08040000 work", data, 1, 10);
         row("write over the end", "set:0803FFF8 work write:2:9 work", data, 1, 10);
         row("write to the end", "set:0803FFF8 work write:2:8 work", data, 0, 5);
-        row("sets no bits", "set:08003800 work write:2:9:4A work write:2:9:5A work", data, 6, 10);
+        row("sets no bits", "set:08003800 work write:2:9:5A work write:2:9:4F work", data, 6, 10);
         row("erased bits are set",
             "set:08003800 work write:2:9 work erase:08003FFF work write:2:9:5A work", data, 0, 5);
         row("only that page is erased",
