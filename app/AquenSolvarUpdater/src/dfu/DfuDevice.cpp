@@ -170,7 +170,7 @@ void DfuDevice::watchLongWork()
         m_nextBusyWarning = m_times.busyWarning;
     } else if (m_times.busyLimit.count() > 0 && m_busyTime.hasExpired(m_times.busyLimit.count())) {
         throw USB::USBException(
-            tr("The unit has been busy for %1 s.").arg(m_busyTime.elapsed() / 1000));
+            QStringLiteral("The unit has been busy for %1 s.").arg(m_busyTime.elapsed() / 1000));
     } else if (m_busyTime.elapsed() >= m_nextBusyWarning.count()) {
         QLOG_WARN() << "The unit has been busy for" << m_busyTime.elapsed() << "ms";
         m_nextBusyWarning *= 2;
