@@ -40,8 +40,7 @@ bool contains(const QList<AttachedUnit>& units, const AttachedUnit& unit)
 
 QString lineOf(const AttachedUnit& unit, const QString& firmware, const QString& state)
 {
-    const QString kind = unit.kind->name;
-    return QStringList{unit.port.leftJustified(8), kind.leftJustified(12),
+    return QStringList{unit.port.leftJustified(8), QString(unit.kind->name).leftJustified(12),
                        unit.name.leftJustified(20), firmware.leftJustified(8), state}
         .join(' ');
 }
@@ -162,9 +161,10 @@ void Session::updateNext()
     const FirmwareChoice::Found firmware = m_firmware.find(*unit.kind);
     if (!firmware.fault.isEmpty())
         return conclude(unit, Status::NoFirmware, {}, firmware.fault);
-    if (unit.error)
+    const bool force = m_commandLine.isSet("force");
+    if (unit.error && (unit.error->errorCode() != 0 || !force))
         return conclude(unit, Status::NoAccess, {}, remedyFor(*unit.error));
-    if (!unit.needsUpdate && !m_commandLine.isSet("force"))
+    if (!unit.needsUpdate && !force)
         return conclude(unit, Status::Done, unit.firmware, "up to date");
     m_update = new UnitUpdate(unit, firmware.bundle, m_commandLine.seconds("timeout"), this);
     connect(m_update, &UnitUpdate::stepBegun, this, [this, unit](UnitUpdate::Step step) {

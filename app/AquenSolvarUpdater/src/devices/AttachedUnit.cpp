@@ -41,6 +41,8 @@ void AttachedUnit::read()
             firmware = device.firmwareVersion();
             needsUpdate = device.needsUpdate();
             error.reset();
+            if (firmware.isEmpty())
+                error = USB::USBException(QStringLiteral("The unit did not report its version"));
             return;
         } catch (const USB::USBException& exception) {
             error = exception;

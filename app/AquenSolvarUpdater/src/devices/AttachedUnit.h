@@ -21,7 +21,8 @@ struct AttachedUnit
     QString name;                   ///< serial name; empty in the bootloader
     QString firmware;               ///< version; empty in the bootloader, or if not read
     bool needsUpdate = false;
-    std::optional<USB::USBException> error; ///< why it could not be opened
+    /// Why it could not be opened, or with error code 0 that it did not report its version.
+    std::optional<USB::USBException> error;
 
     /// What the user calls the kind: "aquen" or "solvar", in either mode.
     QString kindWord() const;

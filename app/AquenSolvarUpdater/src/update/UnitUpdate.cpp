@@ -50,6 +50,7 @@ UnitUpdate::~UnitUpdate() = default;
 
 void UnitUpdate::start()
 {
+    m_unit.error.reset();
     m_total.start();
     if (!m_unit.kind->dfu)
         emit stepBegun(Step::Restart);
@@ -186,11 +187,11 @@ void UnitUpdate::verify(AttachedUnit returned)
 {
     returned.read();
     m_unit.error = returned.error;
-    if (returned.error)
+    if (returned.error && returned.error->errorCode() != 0)
         return; // again at the next poll
     m_firmwareAfter = returned.firmware;
-    if (returned.firmware.isEmpty())
-        return fail(QStringLiteral("The unit did not report its version."));
+    if (returned.error)
+        return fail(returned.error->message() + QLatin1Char('.'));
     if (isOlderThanBundle(returned.firmware, m_bundle.version).value_or(false))
         return fail(QStringLiteral(
                         "The unit runs %1, which is older than the firmware that was written (%2).")
