@@ -11,7 +11,6 @@ namespace AquenSolvar::Cli {
 
 namespace {
 
-constexpr int schema = 1;
 constexpr int barWidth = 40;
 
 void write(std::FILE* file, const QByteArray& bytes)
@@ -46,7 +45,7 @@ void Reporter::event(const char* name, const QJsonObject& properties, const QStr
     if (!m_json)
         return;
     QJsonObject object = properties;
-    object["schema"] = schema;
+    object["schema"] = 1;
     object["event"] = name;
     write(stdout, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
 }

@@ -224,10 +224,11 @@ void Session::show(const char* event, const AttachedUnit& unit)
                       {"needsUpdate", unit.needsUpdate},
                       {"error", unit.error ? unit.error->message() : QString()}},
                      lineOf(unit, unit.firmware,
-                            unit.error         ? remedyFor(*unit.error)
-                            : unit.kind->dfu   ? "waits in its bootloader"
-                            : unit.needsUpdate ? "needs an update"
-                                               : QString("up to date")));
+                            event == QLatin1String("removed") ? "removed"
+                            : unit.error                      ? remedyFor(*unit.error)
+                            : unit.kind->dfu                  ? "waits in its bootloader"
+                            : unit.needsUpdate                ? "needs an update"
+                                                              : QString("up to date")));
 }
 
 void Session::fail(Status status, const QString& message)

@@ -15,6 +15,7 @@ using Device::AttachedUnit;
 
 constexpr std::chrono::milliseconds pollInterval(200);
 constexpr std::chrono::milliseconds retryInterval(1000);
+constexpr std::chrono::milliseconds settleTime(500);
 // How long a unit that already runs its bootloader may refuse to be opened.
 constexpr std::chrono::milliseconds resumeLimit(1500);
 
@@ -68,11 +69,7 @@ void UnitUpdate::stop()
     if (m_step == Step::Write)
         m_task->requestStop();
     else
-        end(Outcome::Stopped,
-            (m_step == Step::Return
-                 ? QStringLiteral("Interrupted; the firmware was written completely. ")
-                 : QStringLiteral("Interrupted. ")) +
-                whereabouts());
+        endStopped();
 }
 
 void UnitUpdate::restart()
@@ -87,7 +84,7 @@ void UnitUpdate::restart()
                 "The unit did not take the request to restart into its bootloader."));
     } catch (const USB::USBException& exception) {
         m_unit.error = exception;
-        end(Outcome::NoAccess, exception.message());
+        end(Outcome::NoAccess, exception.message() + QLatin1Char('.'));
     }
 }
 
@@ -103,6 +100,10 @@ void UnitUpdate::poll()
 {
     if (m_outcome != Outcome::Pending) {
         m_timer.stop();
+        if (m_outcome != Outcome::Updated)
+            m_message += QLatin1Char(' ') + whereabouts();
+        QLOG_INFO() << "The update on port" << m_unit.port << "from" << m_unit.firmware << "to"
+                    << m_firmwareAfter << "ended after" << m_total.elapsed() << "ms." << m_message;
         emit ended();
         return;
     }
@@ -134,7 +135,7 @@ void UnitUpdate::poll()
     if (!m_wait.hasExpired(limit.count()))
         return;
     if (m_unit.error)
-        end(Outcome::NoAccess, m_unit.error->message() + QLatin1Char(' ') + whereabouts());
+        end(Outcome::NoAccess, m_unit.error->message() + QLatin1Char('.'));
     else
         fail((m_step == Step::Restart
                   ? QStringLiteral("The unit did not start its bootloader within %1 s. ")
@@ -174,7 +175,7 @@ void UnitUpdate::on_task_downloadEnded()
     if (m_outcome != Outcome::Pending)
         return;
     if (m_stopRequested)
-        return end(Outcome::Stopped, QStringLiteral("Interrupted. ") + whereabouts());
+        return endStopped();
     if (!m_task->isImageSent())
         return fail(m_error);
     // Some units restart before they respond to the last requests, which then fail: what returns
@@ -202,19 +203,24 @@ void UnitUpdate::verify(AttachedUnit returned)
 
 void UnitUpdate::fail(const QString& message)
 {
-    end(Outcome::Failed, message.trimmed() + QLatin1Char(' ') + whereabouts());
+    end(Outcome::Failed, message.trimmed());
+}
+
+void UnitUpdate::endStopped()
+{
+    end(Outcome::Stopped, m_task && m_task->isImageSent()
+                              ? QStringLiteral("Interrupted; the firmware was written completely.")
+                              : QStringLiteral("Interrupted."));
 }
 
 void UnitUpdate::end(Outcome outcome, const QString& message)
 {
-    if (outcome == Outcome::Updated)
-        QLOG_INFO() << "Updated the unit on port" << m_unit.port << "from" << m_unit.firmware
-                    << "to" << m_firmwareAfter << "in" << m_total.elapsed() << "ms";
-    else
-        QLOG_ERROR() << "The update on port" << m_unit.port << "ended:" << message;
+    if (outcome != Outcome::Updated)
+        QLOG_ERROR() << "The update on port" << m_unit.port << "failed:" << message;
     m_outcome = outcome;
     m_message = message;
-    m_timer.start(0); // ended() comes from the event loop
+    // The listing of the bus lags behind a unit that has just left.
+    m_timer.start(outcome == Outcome::Updated ? std::chrono::milliseconds(0) : settleTime);
 }
 
 QString UnitUpdate::whereabouts() const

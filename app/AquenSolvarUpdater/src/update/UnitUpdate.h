@@ -78,6 +78,7 @@ private:
     void on_task_downloadEnded();
     void verify(Device::AttachedUnit returned);
     void fail(const QString& message);
+    void endStopped();
     void end(Outcome outcome, const QString& message);
     QString whereabouts() const;
 
