@@ -115,18 +115,18 @@ void UnitUpdate::poll()
     }
     if (m_step == Step::Write)
         return;
-    const std::optional<AttachedUnit> unit = unitOnPort(m_unit.port);
-    if (unit && unit->kindWord() != m_unit.kindWord())
+    const std::optional<AttachedUnit> present = unitOnPort(m_unit.port);
+    if (present && present->kindWord() != m_unit.kindWord())
         return fail(QStringLiteral("Another unit was attached to port %1.").arg(m_unit.port));
-    const bool inBootloader = unit && unit->kind->dfu;
+    const bool inBootloader = present && present->kind->dfu;
     if (m_step == Step::Restart && inBootloader)
-        write(*unit);
-    else if (m_step == Step::Return && inBootloader && !unit->isSameAs(m_bootloader))
+        write(*present);
+    else if (m_step == Step::Return && inBootloader && !present->isSameAs(m_bootloader))
         fail(QStringLiteral(
                  "The unit returned to its bootloader: it did not accept the firmware. ") +
              m_error);
-    else if (m_step == Step::Return && unit && !inBootloader)
-        verify(*unit);
+    else if (m_step == Step::Return && present && !inBootloader)
+        verify(*present);
     if (m_outcome != Outcome::Pending || m_step == Step::Write)
         return;
     const auto limit = m_unit.kind->dfu && m_step == Step::Restart
@@ -225,14 +225,15 @@ void UnitUpdate::end(Outcome outcome, const QString& message)
 
 QString UnitUpdate::whereabouts() const
 {
-    const std::optional<AttachedUnit> unit = unitOnPort(m_unit.port);
-    if (!unit)
+    const std::optional<AttachedUnit> present = unitOnPort(m_unit.port);
+    if (!present)
         return m_bootloader.record
                    ? QStringLiteral("It is not attached. Its bootloader is intact: attach it and "
                                     "update again.")
                    : QStringLiteral("It is not attached. Attach it and update again.");
-    return unit->kind->dfu ? QStringLiteral("It waits in its bootloader: update again to resume.")
-                           : QStringLiteral("It runs its application firmware.");
+    return present->kind->dfu
+               ? QStringLiteral("It waits in its bootloader: update again to resume.")
+               : QStringLiteral("It runs its application firmware.");
 }
 
 } // namespace AquenSolvar

@@ -9,7 +9,7 @@ namespace Common {
 
 QStringList lastLogLines(const QString& logFile, const QString& pattern, int count)
 {
-    constexpr qint64 most = 1024 * 1024;
+    constexpr qint64 most = qint64(1024) * 1024;
     QFile file(logFile);
     // Opening a named pipe would block until another process writes to it.
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly))
