@@ -192,6 +192,12 @@ void tst_downloadjob::refusals()
 
 void tst_downloadjob::longWaitsAreLogged()
 {
+    m_unit->addFault(Fault::on("erase", Fault::Action::StayBusy, Fault::Forever));
+    const milliseconds tick(1);
+    QCOMPARE(run("image", open({tick, milliseconds(1000), tick, 30 * tick})),
+             "error Caught USB exception: The unit has been busy for 0 s.");
+    m_unit->clearFaults();
+    m_unit->busReset();
     m_unit->addFault(Fault::on("erase", Fault::Action::StayBusy, 100));
     const LogCapture log({"DfuDevice"});
     run(QByteArray(100, 'x'), open({milliseconds(1), milliseconds(1000), milliseconds(2)}));

@@ -49,3 +49,7 @@ QFont FontHelper::boldFont() const
 }
 
 } // namespace Common
+
+// Compiled here instead of with those of the other classes: a program that uses one of those would
+// otherwise need Qt Gui.
+#include "moc_FontHelper.cpp"

@@ -157,17 +157,20 @@ bool DfuDevice::poll()
     QThread::msleep(static_cast<unsigned long>(m_times.pollSleep.count()));
     QCoreApplication::processEvents();
     const bool succeeded = dfuGetStatus();
-    warnOfLongWork();
+    watchLongWork();
     return succeeded;
 }
 
-void DfuDevice::warnOfLongWork()
+void DfuDevice::watchLongWork()
 {
     if (state() != DFU_STATE_DNBUSY) {
         m_busyTime.invalidate();
     } else if (!m_busyTime.isValid()) {
         m_busyTime.start();
         m_nextBusyWarning = m_times.busyWarning;
+    } else if (m_times.busyLimit.count() > 0 && m_busyTime.hasExpired(m_times.busyLimit.count())) {
+        throw USB::USBException(
+            QStringLiteral("The unit has been busy for %1 s.").arg(m_busyTime.elapsed() / 1000));
     } else if (m_busyTime.elapsed() >= m_nextBusyWarning.count()) {
         QLOG_WARN() << "The unit has been busy for" << m_busyTime.elapsed() << "ms";
         m_nextBusyWarning *= 2;

@@ -59,12 +59,13 @@ public:
     bool dfuDownload(quint16 blockNumber, const QByteArray& data);
 
     /// Sends a DfuSe command and waits until the unit is no longer busy with it. True if the unit
-    /// then reports status OK. An error status is not cleared.
+    /// then reports status OK. An error status is not cleared. @throws as poll()
     bool dfuSpecialCommand(quint32 address, SpecialCommand command);
 
     /// One round of a wait: the poll sleep, one pass over the calling thread's pending events, then
-    /// dfuGetStatus(). Callers repeat it indefinitely while the unit is busy; a warning is logged
-    /// after DfuTimes::busyWarning.
+    /// dfuGetStatus(). Callers repeat it while the unit is busy; a warning is logged after
+    /// DfuTimes::busyWarning.
+    /// @throws USB::USBException when the unit has been busy for DfuTimes::busyLimit
     bool poll();
 
     /// Appends the segments that one interface string describes; see parseMemoryLayout().
@@ -100,7 +101,7 @@ private:
     void readMemoryLayout();
     void readFunctionalDescriptor();
     bool failRequest();
-    void warnOfLongWork();
+    void watchLongWork();
 
     DfuStatusReply m_reply;
     DfuFunctionalDescriptor m_functional;

@@ -14,6 +14,8 @@ struct DfuTimes
     std::chrono::milliseconds statusTimeout{100000};
     /// Time after which a wait for a busy unit is logged; doubled after each warning.
     std::chrono::milliseconds busyWarning{10000};
+    /// Time after which a busy unit is given up; 0 waits indefinitely.
+    std::chrono::milliseconds busyLimit{0};
 };
 
 } // namespace AquenSolvar::Device

@@ -40,13 +40,21 @@ AquenSolvarFirmwareUpdateTask::~AquenSolvarFirmwareUpdateTask()
     m_record.reset();
 }
 
+void AquenSolvarFirmwareUpdateTask::setFirmware(const Device::FirmwareBundle& bundle)
+{
+    m_firmwareVersion = bundle.version;
+    m_firmware = bundle.data;
+}
+
 bool AquenSolvarFirmwareUpdateTask::uploadFirmware()
 {
     if (!openDevice()) {
         QLOG_ERROR() << "Failed to set up USB device...";
         return false;
     }
-    const Device::FirmwareBundle bundle = m_device->getBundledTarnwareUpdate();
+    const Device::FirmwareBundle bundle =
+        m_firmware.isEmpty() ? m_device->getBundledTarnwareUpdate()
+                             : Device::FirmwareBundle{m_firmwareVersion, m_firmware};
     if (bundle.data.isEmpty()) {
         QLOG_ERROR() << "No firmware update to apply";
         m_device->close();
@@ -61,6 +69,7 @@ bool AquenSolvarFirmwareUpdateTask::uploadFirmware()
 bool AquenSolvarFirmwareUpdateTask::openDevice()
 {
     m_device.reset();
+    m_setUpError.reset();
     if (!m_record) {
         QLOG_ERROR() << "There is no unit to update.";
         return false;
@@ -72,6 +81,7 @@ bool AquenSolvarFirmwareUpdateTask::openDevice()
         m_device->setAlternateSetting(0);
     } catch (const USB::USBException& exception) {
         QLOG_ERROR() << "Could not open" << describe(*m_record) << ":" << exception.what();
+        m_setUpError = exception;
         if (m_device)
             m_device->close();
         return false;
@@ -100,6 +110,12 @@ void AquenSolvarFirmwareUpdateTask::stopUpdate()
 {
     if (m_job)
         m_job->stop();
+}
+
+void AquenSolvarFirmwareUpdateTask::requestStop()
+{
+    if (m_job)
+        m_job->requestStop();
 }
 
 void AquenSolvarFirmwareUpdateTask::resetProgress()
@@ -136,6 +152,7 @@ void AquenSolvarFirmwareUpdateTask::on_DFUDownloadJob_finished()
     // one still exists.
     if (m_job && m_job->isFinished() && m_device)
         m_device->close();
+    emit downloadEnded();
 }
 
 } // namespace AquenSolvar::Tasks

@@ -2,16 +2,19 @@
 #pragma once
 
 #include "USB/LibUsbDevice.h"
+#include "USB/USBException.h"
 #include "update/DFUDownloadJob.h"
 
 #include <QElapsedTimer>
 #include <QEnableSharedFromThis>
 #include <QObject>
 
+#include <optional>
+
 namespace AquenSolvar::Tasks {
 
-/// One firmware update of one unit whose bootloader runs, for the user interface: opens the unit,
-/// picks the newest shipped firmware and flashes it on another thread. GUI thread; usually
+/// One firmware update of one unit whose bootloader runs: opens the unit, picks the newest shipped
+/// firmware, unless one is given, and flashes it on another thread. Main thread; in the window
 /// owned by QML. Destruction does not stop a running download.
 class AquenSolvarFirmwareUpdateTask : public QObject,
                                       public QEnableSharedFromThis<AquenSolvarFirmwareUpdateTask>
@@ -28,6 +31,9 @@ public:
     /// The last reported fraction, from 0 to 1.
     float progress() const { return m_progress; }
 
+    /// The firmware to flash instead of the newest shipped one. Before uploadFirmware().
+    void setFirmware(const Device::FirmwareBundle& bundle);
+
     /// Opens the unit and starts the download.
     /// @return true if a download was started. False, with a log line and without a signal, if
     ///         there is no unit, it cannot be set up, or no firmware was shipped for it.
@@ -36,6 +42,15 @@ public:
     /// Stops a running download, see DFUDownloadJob::stop(). Blocks for at most 3 s.
     Q_INVOKABLE void stopUpdate();
 
+    /// Requests the end of a running download, see DFUDownloadJob::requestStop().
+    void requestStop();
+
+    /// Whether the unit has received the whole image, see DFUDownloadJob::isImageSent().
+    bool isImageSent() const { return m_job && m_job->isImageSent(); }
+
+    /// Why the last uploadFirmware() could not set up the unit; empty if it could.
+    const std::optional<USB::USBException>& setUpError() const { return m_setUpError; }
+
     /// Sets the progress to 0 and emits progressChanged(), even if it is 0 already.
     Q_INVOKABLE void resetProgress();
 
@@ -43,6 +58,8 @@ signals:
     void uploadFinsihed(); // the user interface connects to this spelling
     void uploadError(QString errorString);
     void progressChanged();
+    /// The download has ended, in whatever way, and the unit is closed.
+    void downloadEnded();
 
 public slots:
     void on_DFUDownloadJob_uploadProgress(float progress);
@@ -58,9 +75,10 @@ private:
     USB::P_LibUsbDevice m_record;
     QSharedPointer<Device::DFUDownloadJob> m_job;
     QSharedPointer<Device::DfuDevice> m_device;
-    // Part of the task's data model, but not written: the chosen image goes straight to the job.
+    // Given by setFirmware(). A shipped image goes straight to the job.
     qint32 m_firmwareVersion = 0;
     QByteArray m_firmware;
+    std::optional<USB::USBException> m_setUpError;
     float m_progress = 0;
     Device::DfuTimes m_times;
     QElapsedTimer m_elapsed;

@@ -183,6 +183,7 @@ DFUDownloadJob::Outcome DFUDownloadJob::writeChunk(quint32 address, int offset)
     }
     if (awaitChunkWritten() == Outcome::Ended)
         return Outcome::Ended;
+    m_imageSent = offset + m_transferSize >= m_data.size();
     emit uploadProgress(static_cast<float>(offset) / static_cast<float>(m_data.size()));
     return Outcome::Continue;
 }

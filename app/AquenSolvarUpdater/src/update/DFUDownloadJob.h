@@ -42,6 +42,10 @@ public:
     /// Requests the end of the run and returns at once. Any thread.
     void requestStop() { m_stopRequested = true; }
 
+    /// Whether the unit has received the whole image. It can then start the new firmware, even if
+    /// the run fails or is stopped. Any thread.
+    bool isImageSent() const { return m_imageSent; }
+
 signals:
     /// A failure. Some failures are reported by two signals in a row.
     /// @param errorString the text in the language of the user interface
@@ -76,6 +80,7 @@ private:
     QSharedPointer<DfuDevice> m_device;
     QByteArray m_data;
     std::atomic<bool> m_stopRequested{false};
+    std::atomic<bool> m_imageSent{false};
     qint32 m_maxFirmwareSize;
     quint16 m_transferSize = 0;
 };

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
+#pragma once
+
+#include <QStringList>
+
+namespace AquenSolvar::Cli {
+
+/// What support needs to know about this computer, by lines, and for each problem its remedy. Opens
+/// every unit for a moment. @param usbFault why there is no USB session; empty if there is one
+QStringList examine(const QString& firmwareFolder, const QString& usbFault);
+
+} // namespace AquenSolvar::Cli
