@@ -55,7 +55,7 @@ void LibUSB::init()
         const QString message = QObject::tr("Error initializing libusb: %1")
                                     .arg(QString::fromLatin1(libusb_error_name(result)));
         QLOG_INFO() << "check libusb retvalue " << message;
-        throw USBException(message);
+        throw USBException(message, result);
     }
     QLOG_INFO() << "libusb initialized";
     m_initialized = true;

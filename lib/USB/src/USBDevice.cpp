@@ -277,7 +277,7 @@ void USBDevice::checkError(int result, const QString& format)
     }
     const QString message = format.arg(QString::fromLatin1(libusb_error_name(result)));
     QLOG_ERROR() << "check libusb retvalue " << message;
-    throw USBException(message);
+    throw USBException(message, result);
 }
 
 } // namespace USB

@@ -12,12 +12,19 @@ namespace USB {
 class USBException : public std::runtime_error
 {
 public:
-    explicit USBException(const QString& message)
+    explicit USBException(const QString& message, int errorCode = 0)
         : std::runtime_error(message.toStdString())
+        , m_errorCode(errorCode)
     {
     }
 
     QString message() const { return QString::fromUtf8(what()); }
+
+    /// libusb's error, one of libusb_error; 0 if the failure is not libusb's.
+    int errorCode() const { return m_errorCode; }
+
+private:
+    int m_errorCode;
 };
 
 } // namespace USB
