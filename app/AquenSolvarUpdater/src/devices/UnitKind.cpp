@@ -33,4 +33,14 @@ const UnitKind* unitKindOf(quint16 productId)
     return nullptr;
 }
 
+const UnitKind& bootloaderOf(const UnitKind& kind)
+{
+    for (const UnitKind& candidate : unitKinds) {
+        // The type of a bootloader follows that of its application mode.
+        if (candidate.dfu && (candidate.type == kind.type || candidate.type == kind.type + 1))
+            return candidate;
+    }
+    return kind;
+}
+
 } // namespace AquenSolvar::Device

@@ -21,4 +21,7 @@ struct UnitKind
 /// The kind with this USB product id; null if there is none. Any thread.
 const UnitKind* unitKindOf(quint16 productId);
 
+/// The kind of the same unit in its bootloader; @p kind itself if it is one. Any thread.
+const UnitKind& bootloaderOf(const UnitKind& kind);
+
 } // namespace AquenSolvar::Device
