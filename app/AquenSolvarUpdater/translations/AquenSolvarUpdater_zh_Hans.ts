@@ -91,6 +91,14 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Help</name>
+    <message>
+        <source>Could not open %1</source>
+        <extracomment>Message box: no program shows it, or it is missing. %1 is the path of a file or folder.</extracomment>
+        <translation>无法打开 %1</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>

@@ -15,6 +15,7 @@
 #include "devices/AquenSolvarDfuDevice.h"
 #include "devices/I_Device.h"
 #include "qslog/QsLogHelpers.h"
+#include "shell/Help.h"
 #include "tracking/AquenSolvarFilterProxyModel.h"
 #include "tracking/AquenSolvarListModel.h"
 #include "tracking/AquenSolvarWatcher.h"
@@ -69,6 +70,7 @@ void registerApplicationTypes()
 {
     qmlRegisterType<AquenSolvarWatcher>("AquenSolvar", 1, 0, "AqSolWatcher");
     registerSingleton<AquenSolvarTaskFactory>("AquenSolvar", "AquenSolvarTaskFactory");
+    registerSingleton<Help>("AquenSolvar", "Help");
     qmlRegisterType<AquenSolvarListModel>("AquenSolvar", 1, 0, "AquenSolvarListModel");
     qmlRegisterType<Tasks::AquenSolvarFirmwareUpdateTask>("AquenSolvar.Tasks", 1, 0,
                                                           "AquenSolvarFirmwareUpdateTask");
