@@ -33,6 +33,15 @@ const UnitKind* unitKindOf(quint16 productId)
     return nullptr;
 }
 
+const UnitKind* unitKindOf(I_Device::DeviceType type)
+{
+    for (const UnitKind& kind : unitKinds) {
+        if (kind.type == type)
+            return &kind;
+    }
+    return nullptr;
+}
+
 const UnitKind& bootloaderOf(const UnitKind& kind)
 {
     for (const UnitKind& candidate : unitKinds) {

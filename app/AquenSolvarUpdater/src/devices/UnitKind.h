@@ -21,6 +21,9 @@ struct UnitKind
 /// The kind with this USB product id; null if there is none. Any thread.
 const UnitKind* unitKindOf(quint16 productId);
 
+/// The kind of this type; null for UNKNOWN. Any thread.
+const UnitKind* unitKindOf(I_Device::DeviceType type);
+
 /// The kind of the same unit in its bootloader; @p kind itself if it is one. Any thread.
 const UnitKind& bootloaderOf(const UnitKind& kind);
 
