@@ -38,6 +38,7 @@ ApplicationWindow {
         id: _aquenSolvarListModel
 
         onCountChanged: QsLog.FLog.info("List of devices have changed: " + count)
+        onAddedDevice: ShippedFirmware.lookUp(device)
     }
 
     Rectangle {

@@ -135,6 +135,26 @@
         <extracomment>Only read aloud: the unit&apos;s firmware is old, an update is offered.</extracomment>
         <translation>Mise à jour nécessaire</translation>
     </message>
+    <message>
+        <source>Installed firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.</extracomment>
+        <translation>Firmware installé : %1</translation>
+    </message>
+    <message>
+        <source>Available firmware: none</source>
+        <extracomment>Tooltip of a card: there is no valid firmware file for this kind of unit.</extracomment>
+        <translation>Firmware disponible : aucun</translation>
+    </message>
+    <message>
+        <source>Available firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that an update would write. %1 is a version, for example 1.3.1.</extracomment>
+        <translation>Firmware disponible : %1</translation>
+    </message>
+    <message>
+        <source>USB port: %1</source>
+        <extracomment>Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.</extracomment>
+        <translation>Port USB : %1</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

@@ -135,6 +135,26 @@
         <extracomment>Only read aloud: the unit&apos;s firmware is old, an update is offered.</extracomment>
         <translation>Atualização necessária</translation>
     </message>
+    <message>
+        <source>Installed firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.</extracomment>
+        <translation>Firmware instalado: %1</translation>
+    </message>
+    <message>
+        <source>Available firmware: none</source>
+        <extracomment>Tooltip of a card: there is no valid firmware file for this kind of unit.</extracomment>
+        <translation>Firmware disponível: nenhum</translation>
+    </message>
+    <message>
+        <source>Available firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that an update would write. %1 is a version, for example 1.3.1.</extracomment>
+        <translation>Firmware disponível: %1</translation>
+    </message>
+    <message>
+        <source>USB port: %1</source>
+        <extracomment>Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.</extracomment>
+        <translation>Porta USB: %1</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

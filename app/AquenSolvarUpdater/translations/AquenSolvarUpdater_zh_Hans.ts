@@ -135,6 +135,26 @@
         <extracomment>Only read aloud: the unit&apos;s firmware is old, an update is offered.</extracomment>
         <translation>需要更新</translation>
     </message>
+    <message>
+        <source>Installed firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.</extracomment>
+        <translation>已安装的固件：%1</translation>
+    </message>
+    <message>
+        <source>Available firmware: none</source>
+        <extracomment>Tooltip of a card: there is no valid firmware file for this kind of unit.</extracomment>
+        <translation>可用的固件：无</translation>
+    </message>
+    <message>
+        <source>Available firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that an update would write. %1 is a version, for example 1.3.1.</extracomment>
+        <translation>可用的固件：%1</translation>
+    </message>
+    <message>
+        <source>USB port: %1</source>
+        <extracomment>Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.</extracomment>
+        <translation>USB 端口：%1</translation>
+    </message>
 </context>
 <context>
     <name>DeviceListView</name>

@@ -21,6 +21,7 @@
 #include "tracking/AquenSolvarWatcher.h"
 #include "update/AquenSolvarFirmwareUpdateTask.h"
 #include "update/AquenSolvarTaskFactory.h"
+#include "update/ShippedFirmware.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -70,6 +71,7 @@ void registerApplicationTypes()
 {
     qmlRegisterType<AquenSolvarWatcher>("AquenSolvar", 1, 0, "AqSolWatcher");
     registerSingleton<AquenSolvarTaskFactory>("AquenSolvar", "AquenSolvarTaskFactory");
+    registerSingleton<ShippedFirmware>("AquenSolvar", "ShippedFirmware");
     registerSingleton<Help>("AquenSolvar", "Help");
     qmlRegisterType<AquenSolvarListModel>("AquenSolvar", 1, 0, "AquenSolvarListModel");
     qmlRegisterType<Tasks::AquenSolvarFirmwareUpdateTask>("AquenSolvar.Tasks", 1, 0,
