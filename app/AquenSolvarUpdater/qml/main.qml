@@ -90,6 +90,7 @@ ApplicationWindow {
                     return;
                 }
                 _aquenSolvarListModel.addAqSolWatcher(_aqSolWatcher);
+                Notices.followWatcher(_aqSolWatcher);
                 requestProceed();
             }
 
@@ -127,6 +128,8 @@ ApplicationWindow {
                     border.color: Style.accentColor(color)
 
                     BaseButton {
+                        id: quitButton
+
                         objectName: "quitButton"
                         anchors.left: parent.left
                         anchors.bottom: parent.bottom
@@ -135,9 +138,21 @@ ApplicationWindow {
                         text: qsTr("Quit")
                         backgroundColor: Style.inverseColor
                         textColor: Style.darkColor
-                        Keys.onTabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(true)
+                        Keys.onTabPressed: event.accepted = !noticeLine.visible
+                                                            && _defaultState.aquenSolvarListView.enter(true)
                         Keys.onBacktabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(false)
                         onClicked: window.close()
+                    }
+                    NoticeLine {
+                        id: noticeLine
+
+                        anchors.left: quitButton.right
+                        anchors.right: parent.right
+                        anchors.verticalCenter: quitButton.verticalCenter
+                        anchors.leftMargin: Style.baseGridSize
+                        anchors.rightMargin: Style.baseGridSize
+                        devices: _defaultState.aquenSolvarListView
+                        previous: quitButton
                     }
                 }
 

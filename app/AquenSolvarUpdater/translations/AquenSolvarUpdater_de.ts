@@ -99,6 +99,44 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Notices</name>
+    <message>
+        <source>No valid firmware for %1: an update would fail.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): there is no valid firmware file for units of the kind %1, &quot;Aquen&quot; or &quot;Solvar&quot;. An update would begin and then fail.</extracomment>
+        <translation>Keine gültige Firmware für %1: Ein Update würde scheitern.</translation>
+    </message>
+    <message>
+        <source>Another copy of this program is running.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): this program was started twice.</extracomment>
+        <translation>Dieses Programm ist mehrfach geöffnet.</translation>
+    </message>
+    <message>
+        <source>The log cannot be written.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): the program&apos;s own log file, which support reads.</extracomment>
+        <translation>Das Protokoll kann nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>%1 found, but without permission to use it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but the system does not let this person use it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 gefunden, aber die Zugriffsberechtigung fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 found, but its driver is missing.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but Windows has no driver for it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 gefunden, aber der Treiber fehlt.</translation>
+    </message>
+    <message>
+        <source>%1 found, but another program is using it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but another program, or another copy of this one, uses it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 gefunden, wird aber von einem anderen Programm verwendet.</translation>
+    </message>
+    <message>
+        <source>%1 found, but it cannot be opened.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but does not work. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 gefunden, lässt sich aber nicht öffnen.</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>
@@ -210,6 +248,14 @@
         <source>Update successful!</source>
         <extracomment>Progress bar (70 letters; CJK 40): the unit is back, the update has ended well.</extracomment>
         <translation>Update erfolgreich!</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeLine</name>
+    <message>
+        <source>Help</source>
+        <extracomment>Button beside a notice (20 letters; CJK 10): opens the user&apos;s guide.</extracomment>
+        <translation>Hilfe</translation>
     </message>
 </context>
 <context>

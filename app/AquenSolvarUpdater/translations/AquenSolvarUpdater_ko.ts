@@ -99,6 +99,44 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Notices</name>
+    <message>
+        <source>No valid firmware for %1: an update would fail.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): there is no valid firmware file for units of the kind %1, &quot;Aquen&quot; or &quot;Solvar&quot;. An update would begin and then fail.</extracomment>
+        <translation>%1용 유효한 펌웨어가 없어 업데이트가 실패합니다.</translation>
+    </message>
+    <message>
+        <source>Another copy of this program is running.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): this program was started twice.</extracomment>
+        <translation>이 프로그램이 하나 더 실행 중입니다.</translation>
+    </message>
+    <message>
+        <source>The log cannot be written.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): the program&apos;s own log file, which support reads.</extracomment>
+        <translation>로그를 기록할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but without permission to use it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but the system does not let this person use it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 사용 권한이 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but its driver is missing.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but Windows has no driver for it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 드라이버가 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but another program is using it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but another program, or another copy of this one, uses it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 다른 프로그램이 사용 중입니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but it cannot be opened.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but does not work. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 열 수 없습니다.</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>
@@ -210,6 +248,14 @@
         <source>Update successful!</source>
         <extracomment>Progress bar (70 letters; CJK 40): the unit is back, the update has ended well.</extracomment>
         <translation>업데이트가 완료되었습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeLine</name>
+    <message>
+        <source>Help</source>
+        <extracomment>Button beside a notice (20 letters; CJK 10): opens the user&apos;s guide.</extracomment>
+        <translation>도움말</translation>
     </message>
 </context>
 <context>

@@ -99,6 +99,44 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Notices</name>
+    <message>
+        <source>No valid firmware for %1: an update would fail.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): there is no valid firmware file for units of the kind %1, &quot;Aquen&quot; or &quot;Solvar&quot;. An update would begin and then fail.</extracomment>
+        <translation>Não há firmware válido para %1: a atualização falharia.</translation>
+    </message>
+    <message>
+        <source>Another copy of this program is running.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): this program was started twice.</extracomment>
+        <translation>Outra cópia deste programa está aberta.</translation>
+    </message>
+    <message>
+        <source>The log cannot be written.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): the program&apos;s own log file, which support reads.</extracomment>
+        <translation>Não é possível gravar o log.</translation>
+    </message>
+    <message>
+        <source>%1 found, but without permission to use it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but the system does not let this person use it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 encontrado, mas sem permissão para usá-lo.</translation>
+    </message>
+    <message>
+        <source>%1 found, but its driver is missing.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but Windows has no driver for it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 encontrado, mas falta o driver.</translation>
+    </message>
+    <message>
+        <source>%1 found, but another program is using it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but another program, or another copy of this one, uses it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 encontrado, mas outro programa o está usando.</translation>
+    </message>
+    <message>
+        <source>%1 found, but it cannot be opened.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but does not work. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 encontrado, mas não pode ser aberto.</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>
@@ -210,6 +248,14 @@
         <source>Update successful!</source>
         <extracomment>Progress bar (70 letters; CJK 40): the unit is back, the update has ended well.</extracomment>
         <translation>Atualização concluída!</translation>
+    </message>
+</context>
+<context>
+    <name>NoticeLine</name>
+    <message>
+        <source>Help</source>
+        <extracomment>Button beside a notice (20 letters; CJK 10): opens the user&apos;s guide.</extracomment>
+        <translation>Ajuda</translation>
     </message>
 </context>
 <context>
