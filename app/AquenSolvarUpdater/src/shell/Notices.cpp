@@ -133,24 +133,24 @@ Notices::Notice Notices::mostUrgent() const
 
 Notices::Notice Notices::notOpened(const QString& product, OpenFailure failure)
 {
-    const QString topic = QStringLiteral("A unit cannot be opened");
+    const QString heading = QStringLiteral("A unit cannot be opened");
     switch (failure) {
     case OpenFailure::NoPermission:
         //: Beside "Quit" (60 letters; CJK 30): a unit is attached, but the system does not let this
         //: person use it. %1 is its kind, "Aquen" or "Solvar".
-        return {tr("%1 found, but without permission to use it.").arg(product), topic};
+        return {tr("%1 found, but without permission to use it.").arg(product), heading};
     case OpenFailure::NoDriver:
         //: Beside "Quit" (60 letters; CJK 30): a unit is attached, but Windows has no driver for
         //: it. %1 is its kind, "Aquen" or "Solvar".
-        return {tr("%1 found, but its driver is missing.").arg(product), topic};
+        return {tr("%1 found, but its driver is missing.").arg(product), heading};
     case OpenFailure::InUse:
         //: Beside "Quit" (60 letters; CJK 30): a unit is attached, but another program, or another
         //: copy of this one, uses it. %1 is its kind, "Aquen" or "Solvar".
-        return {tr("%1 found, but another program is using it.").arg(product), topic};
+        return {tr("%1 found, but another program is using it.").arg(product), heading};
     default:
         //: Beside "Quit" (60 letters; CJK 30): a unit is attached, but does not work. %1 is its
         //: kind, "Aquen" or "Solvar".
-        return {tr("%1 found, but it cannot be opened.").arg(product), topic};
+        return {tr("%1 found, but it cannot be opened.").arg(product), heading};
     }
 }
 
