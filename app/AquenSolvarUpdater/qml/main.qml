@@ -155,6 +155,10 @@ ApplicationWindow {
                 id: _firmwareUpdateState
 
                 aqSolWatcher: _aqSolWatcher
+                onEnded: {
+                    if (!window.active)
+                        DesktopNotification.show(text);
+                }
 
                 SignalTransition {
                     signal: _firmwareUpdateState.finished

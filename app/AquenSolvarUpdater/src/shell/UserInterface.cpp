@@ -15,6 +15,7 @@
 #include "devices/AquenSolvarDfuDevice.h"
 #include "devices/I_Device.h"
 #include "qslog/QsLogHelpers.h"
+#include "shell/DesktopNotification.h"
 #include "shell/Help.h"
 #include "tracking/AquenSolvarFilterProxyModel.h"
 #include "tracking/AquenSolvarListModel.h"
@@ -72,6 +73,7 @@ void registerApplicationTypes()
     qmlRegisterType<AquenSolvarWatcher>("AquenSolvar", 1, 0, "AqSolWatcher");
     registerSingleton<AquenSolvarTaskFactory>("AquenSolvar", "AquenSolvarTaskFactory");
     registerSingleton<ShippedFirmware>("AquenSolvar", "ShippedFirmware");
+    registerSingleton<DesktopNotification>("AquenSolvar", "DesktopNotification");
     registerSingleton<Help>("AquenSolvar", "Help");
     qmlRegisterType<AquenSolvarListModel>("AquenSolvar", 1, 0, "AquenSolvarListModel");
     qmlRegisterType<Tasks::AquenSolvarFirmwareUpdateTask>("AquenSolvar.Tasks", 1, 0,
