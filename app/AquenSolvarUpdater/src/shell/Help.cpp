@@ -43,7 +43,8 @@ QString Help::guideFile()
 QString Help::anchorOf(const QString& heading)
 {
     QString anchor;
-    for (const QChar character : heading.toLower()) {
+    const QString lower = heading.toLower();
+    for (const QChar character : lower) {
         if (character.isLetterOrNumber() || character == QLatin1Char('-') ||
             character == QLatin1Char('_'))
             anchor += character;
