@@ -166,7 +166,7 @@ class Session:
                 item.getState().contains(pyatspi.STATE_SHOWING)]
 
     def wait_for_cards(self, summaries):
-        # Versions and port follow the summary.
+        """Waits for cards with these kinds and states; versions and port follow them."""
         self.wait(f"the cards {summaries}", 30, lambda: summaries == {
             ", ".join(card.description.split(", ")[:3]) for card in self.controls(CARD)})
         self.require_names()

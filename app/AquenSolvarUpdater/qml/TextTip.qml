@@ -16,12 +16,21 @@ MouseArea {
     acceptedButtons: Qt.NoButton
     hoverEnabled: true
     Accessible.ignored: true
-    onExited: Private.Tooltip.hideText()
+    // Not when an item merely appears below the pointer.
+    onPositionChanged: delay.restart()
+    onExited: {
+        delay.stop();
+        Private.Tooltip.hideText();
+    }
 
     // After the same time as the framework's own buttons.
     Timer {
+        id: delay
+
         interval: 1000
-        running: root.containsMouse && root.text !== ""
-        onTriggered: Private.Tooltip.showText(root, Qt.point(root.mouseX, root.mouseY), root._markUp())
+        onTriggered: {
+            if (root.text !== "")
+                Private.Tooltip.showText(root, Qt.point(root.mouseX, root.mouseY), root._markUp());
+        }
     }
 }

@@ -26,6 +26,27 @@ ApplicationWindow {
     Component.onCompleted: QsLog.FLog.info("main.qml component loaded")
     onClosing: _firmwareUpdateState.stopUpdate()
 
+    Action {
+        id: _guideAction
+
+        //: Menu of the bottom bar (30 letters; CJK 15): opens the user's guide.
+        text: qsTr("User's guide")
+        shortcut: "F1"
+        // Headings of the guide.
+        onTriggered: Help.open(_firmwareUpdateState.failed ? "What the bar can say"
+                               : _firmwareUpdateState.active || _aquenSolvarListModel.count > 0
+                                 ? "Update a unit" : "No unit in the list")
+    }
+
+    Action {
+        id: _logFolderAction
+
+        //: Menu of the bottom bar (30 letters; CJK 15): shows the folder of the log files.
+        text: qsTr("Folder of the log")
+        shortcut: "Ctrl+L"
+        onTriggered: Help.openLogFolder()
+    }
+
     LibusbDeviceEnumerator {
         id: _libusbDeviceEnumerator
     }
@@ -65,6 +86,31 @@ ApplicationWindow {
         height: Style.hugeGridSize + Style.smallGridSize
         contentItem: _firmwareUpdateState.active ? _firmwareUpdateState.controlView
                                                  : _defaultState.controlView
+    }
+
+    MouseArea {
+        anchors.fill: footer
+        acceptedButtons: Qt.RightButton
+        Accessible.ignored: true
+        onClicked: {
+            menuLoader.active = true;
+            menuLoader.item.popup();
+        }
+    }
+
+    // Created on the first use, to keep the start fast.
+    Loader {
+        id: menuLoader
+
+        active: false
+        sourceComponent: Menu {
+            MenuItem {
+                action: _guideAction
+            }
+            MenuItem {
+                action: _logFolderAction
+            }
+        }
     }
 
     StateMachine {
@@ -170,6 +216,10 @@ ApplicationWindow {
                 id: _firmwareUpdateState
 
                 aqSolWatcher: _aqSolWatcher
+                onEnded: {
+                    if (!window.active)
+                        DesktopNotification.show(text);
+                }
 
                 SignalTransition {
                     signal: _firmwareUpdateState.finished

@@ -304,5 +304,15 @@
         <extracomment>Button below the list (20 letters; CJK 10): ends the program.</extracomment>
         <translation>Sair</translation>
     </message>
+    <message>
+        <source>User&apos;s guide</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): opens the user&apos;s guide.</extracomment>
+        <translation>Guia do usuário</translation>
+    </message>
+    <message>
+        <source>Folder of the log</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): shows the folder of the log files.</extracomment>
+        <translation>Pasta do registro</translation>
+    </message>
 </context>
 </TS>

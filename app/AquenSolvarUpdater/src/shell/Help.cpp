@@ -43,7 +43,8 @@ QString Help::guideFile()
 QString Help::anchorOf(const QString& heading)
 {
     QString anchor;
-    for (const QChar character : heading.toLower()) {
+    const QString lower = heading.toLower();
+    for (const QChar character : lower) {
         if (character.isLetterOrNumber() || character == QLatin1Char('-') ||
             character == QLatin1Char('_'))
             anchor += character;
@@ -73,10 +74,13 @@ void Help::reportFailure(const QString& path)
         //: Message box: no program shows it, or it is missing. %1 is the path of a file or folder.
         tr("Could not open %1").arg(QDir::toNativeSeparators(path)));
     m_box->setTextFormat(Qt::PlainText);
-    // Does not keep the program running, and stays above the window.
-    m_box->setAttribute(Qt::WA_QuitOnClose, false);
-    m_box->winId(); // creates the window's handle
-    m_box->windowHandle()->setTransientParent(QGuiApplication::focusWindow());
+    m_box->setAttribute(Qt::WA_QuitOnClose,
+                        false); // the box alone must not keep the program running
+    if (QWindow* window = QGuiApplication::focusWindow()) {
+        m_box->setWindowTitle(window->title());
+        m_box->winId(); // creates the window's handle
+        m_box->windowHandle()->setTransientParent(window);
+    }
     m_box->show();
 }
 

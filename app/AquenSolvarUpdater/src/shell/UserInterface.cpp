@@ -15,6 +15,7 @@
 #include "devices/AquenSolvarDfuDevice.h"
 #include "devices/I_Device.h"
 #include "qslog/QsLogHelpers.h"
+#include "shell/DesktopNotification.h"
 #include "shell/Help.h"
 #include "shell/Notices.h"
 #include "tracking/AquenSolvarFilterProxyModel.h"
@@ -73,6 +74,7 @@ void registerApplicationTypes()
     qmlRegisterType<AquenSolvarWatcher>("AquenSolvar", 1, 0, "AqSolWatcher");
     registerSingleton<AquenSolvarTaskFactory>("AquenSolvar", "AquenSolvarTaskFactory");
     registerSingleton<ShippedFirmware>("AquenSolvar", "ShippedFirmware");
+    registerSingleton<DesktopNotification>("AquenSolvar", "DesktopNotification");
     registerSingleton<Help>("AquenSolvar", "Help");
     registerSingleton<Notices>("AquenSolvar", "Notices");
     qmlRegisterType<AquenSolvarListModel>("AquenSolvar", 1, 0, "AquenSolvarListModel");
