@@ -4,12 +4,13 @@
 (AT-SPI), presses them, follows the log file and takes pictures of the window. The user is one who
 sees and points, or (--by-actions) one who only has the actions that the controls offer.
 
-  scripts/virtual-display.sh scripts/updater_driver.py [--by-actions] [--interrupt FIFO] --folder DIR
-      -- COMMAND…
+  scripts/virtual-display.sh scripts/updater_driver.py [--by-actions] [--interrupt FIFO]
+      [--notice TEXT] --folder DIR -- COMMAND…
 
 COMMAND runs the updater on a virtual bus; a washing unit needs an update and a curing unit does not.
 With --interrupt they are not plugged in yet, FIFO takes the bus's control lines, and the first of two
-updates is interrupted in the middle. The program's files go below DIR, its output to DIR/output.txt,
+updates is interrupted in the middle. With --notice, this has to be the notice beside "Quit", otherwise
+there must be none. The program's files go below DIR, its output to DIR/output.txt,
 pictures to DIR/pictures. The status is 0 only when the unit was updated and every step was seen, in
 the log and in the window.
 """
@@ -165,14 +166,23 @@ class Session:
                 item.getState().contains(pyatspi.STATE_SHOWING)]
 
     def wait_for_cards(self, summaries):
+        """Waits for cards with these kinds and states; versions and port follow them."""
         self.wait(f"the cards {summaries}", 30, lambda: summaries == {
-            card.description for card in self.controls(CARD)})
+            ", ".join(card.description.split(", ")[:3]) for card in self.controls(CARD)})
         self.require_names()
 
     def require_names(self):
         for item in self.controls():
             if item.getState().contains(pyatspi.STATE_FOCUSABLE) and not item.name:
                 raise DriverError(f"a {item.getRoleName()} has no name")
+
+    def require_notice(self, text):
+        """Waits for the notice; for none if the text is empty."""
+        def same():
+            alerts = [alert.name for alert in self.controls(pyatspi.ROLE_ALERT)]
+            helps = [button.description for button in self.controls(BUTTON, name="Help")]
+            return alerts == helps == ([text] if text else [])
+        self.wait(f"the notice {text!r}", 30, same)
 
     def button(self, name):
         """The one enabled button of that name; disabled ones are not reported."""
@@ -272,7 +282,7 @@ class Session:
             raise DriverError(f"the program reported: {complaint[0]}")
 
 
-def update(session):
+def update(session, notice):
     """One update, from the list to the list."""
     session.wait_for_window()
     session.wait_for_cards(NEEDS_UPDATE)
@@ -281,6 +291,7 @@ def update(session):
     button = session.button("Update Firmware")
     if button.description not in (card.name for card in session.controls(CARD)):
         raise DriverError(f"the button is described as {button.description!r}")
+    session.require_notice(notice)
     session.picture_of("1-list.png", button, 0.5, 1)
     session.press("Update Firmware")
     session.follow_update("2-progress.png", "3-update-successful.png", "Update successful!")
@@ -333,6 +344,7 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--by-actions", action="store_true")
     parser.add_argument("--interrupt", type=pathlib.Path, metavar="FIFO")
+    parser.add_argument("--notice", default="", metavar="TEXT")
     parser.add_argument("--folder", type=pathlib.Path, required=True)
     parser.add_argument("command", nargs="+")
     arguments = parser.parse_args()
@@ -341,7 +353,7 @@ def main():
             if arguments.interrupt:
                 update_interrupted(session, arguments.interrupt)
             else:
-                update(session)
+                update(session, arguments.notice)
     except DriverError as error:
         sys.exit(f"updater_driver: {error}")
 

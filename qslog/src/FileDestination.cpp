@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "qslog/FileDestination.h"
 
+#include "qslog/LogFailures.h"
 #include "qslog/LogFile.h"
 
 #include <QFileInfo>
 
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace QsLogging {
 
@@ -14,6 +16,12 @@ FileDestination::FileDestination(const QString& path)
     : m_path(path)
 {
     open();
+    setFailing(!m_stream);
+}
+
+FileDestination::~FileDestination()
+{
+    setFailing(false);
 }
 
 void FileDestination::open()
@@ -30,18 +38,31 @@ void FileDestination::write(const QString& message, Level)
 {
     const QString plain = withoutColours(message);
     const std::lock_guard lock(m_mutex);
+    setFailing(!writeLocked(plain));
+}
+
+bool FileDestination::writeLocked(const QString& line)
+{
     if (!m_stream)
         open();
     if (!m_stream)
-        return;
+        return false;
     if (m_maxSize > 0 && m_file->size() > m_maxSize)
         rotateLocked();
     if (!m_stream)
-        return;
-    *m_stream << plain << '\n';
+        return false;
+    *m_stream << line << '\n';
     m_stream->flush();
+    const bool isWritten = m_stream->status() == QTextStream::Ok;
     // A stream keeps its error and then refuses every later line: one full disk would silence it.
     m_stream->resetStatus();
+    return isWritten;
+}
+
+void FileDestination::setFailing(bool failing)
+{
+    if (std::exchange(m_failing, failing) != failing)
+        LogFailures::instance().add(failing ? 1 : -1);
 }
 
 bool FileDestination::isValid()

@@ -9,13 +9,14 @@
 namespace QsLogging {
 
 /// Appends plain lines, without colours, to a text file in UTF-8 and flushes each one. Keeps one
-/// previous log beside the file, with ".old" added to its name. Any thread.
+/// previous log beside the file, with ".old" added to its name. Reports to LogFailures. Any thread.
 class FileDestination : public Destination
 {
 public:
     /// Opens the file for appending and creates it when absent. If that fails, the destination is
     /// invalid, and each line tries again.
     explicit FileDestination(const QString& path);
+    ~FileDestination() override;
 
     /// Writes and flushes one line. A line is lost if the file cannot be opened or a full disk
     /// refuses it; the next one tries again.
@@ -35,12 +36,15 @@ public:
 
 private:
     void open();
+    bool writeLocked(const QString& line);
     bool rotateLocked();
+    void setFailing(bool failing);
 
     QString m_path;
     std::shared_ptr<QFile> m_file;
     std::shared_ptr<QTextStream> m_stream;
     qint64 m_maxSize = -1;
+    bool m_failing = false;
 };
 
 /// The destination for a file: one object per absolute path for the life of the process. The first

@@ -7,6 +7,7 @@
 #include "firmware/FirmwareBundle.h"
 #include "shell/UserInterface.h"
 #include "tracking/AquenSolvarListModel.h"
+#include "tracking/AquenSolvarWatcher.h"
 #include "unit/FirmwareImage.h"
 #include "update/AquenSolvarTaskFactory.h"
 #include "update/DetachedJob.h"
@@ -149,6 +150,17 @@ QString UpdaterSession::update() const
 {
     waitFor([this] { return press("updateButton"); });
     return waitFor([this] { return isDone(); }) ? barText() : "no end: " + barText();
+}
+
+void UpdaterSession::reportUnopened(bool isAttached) const
+{
+    static const auto record = USB::P_LibUsbDevice::create(); // on no bus
+    record->descriptor.idProduct = 0x0C07;
+    auto* watcher = m_window->findChild<AquenSolvarWatcher*>();
+    if (isAttached)
+        emit watcher->deviceNotOpened(record, OpenFailure::Other);
+    else
+        emit watcher->unopenedDeviceLeft(record);
 }
 
 QStringList UpdaterSession::listed() const

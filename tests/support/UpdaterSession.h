@@ -38,6 +38,8 @@ protected:
     bool isDone() const { return one("doneButton") && one("doneButton")->isEnabled(); }
     /// Starts the one update that is offered and waits for its end: the text on the bar.
     QString update() const;
+    /// Reports a washing unit that cannot be opened to the program, or that it has left.
+    void reportUnopened(bool isAttached = true) const;
     /// Serial names of the units that the program knows.
     QStringList listed() const;
     static QString textOf(const QObject* item)

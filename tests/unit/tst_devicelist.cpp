@@ -27,6 +27,8 @@ struct FakeUnit : I_Device
     int sortOrder() const override { return order; }
     bool needsUpdate() const override { return true; }
     bool isDfu() const override { return order == 0; }
+    QString firmwareVersion() const override { return QString(); }
+    QString port() const override { return QString(); }
     const QString name;
     const int order;
 };

@@ -40,6 +40,7 @@ private slots:
         QCOMPARE(parseFirmwareBundle(bytes, out), 4);
         QVERIFY(out.version == 99 && out.data == "A");
         // The checksum of this image is zero, so that a missing one reads as the right one.
+        QCOMPARE(bundleVersionText(9999) + ' ' + bundleVersionText(20315), QString("9999 2.3.15"));
         QCOMPARE(parseFirmwareBundle(packFirmwareBundle(1, "!\"b;"), out), 0);
         QCOMPARE(parseFirmwareBundle(packFirmwareBundle(1, "!\"b;").chopped(2), out), 7);
     }

@@ -8,6 +8,7 @@
 #include "qslog/DebugOutputDestination.h"
 #include "qslog/FileDestination.h"
 #include "qslog/Log.h"
+#include "qslog/LogFailures.h"
 #include "support/TempFiles.h"
 
 #include <QtTest>
@@ -98,6 +99,7 @@ private slots:
     {
         FileDestination destination(m_files.put("a.log", "before\n"));
         destination.write(QStringLiteral("\x1b[1;30mINFO\x1b[0m \x1b[2J \u6D17"), Level::Info);
+        QVERIFY(!LogFailures::instance().any());
         const QByteArray written = "before\nINFO \x1b[2J \xE6\xB4\x97\n";
         QCOMPARE(m_files.get("a.log"), written);
         std::signal(SIGXFSZ, SIG_IGN);
@@ -108,7 +110,9 @@ private slots:
         destination.write("lost", Level::Info);
         setrlimit(RLIMIT_FSIZE, &limit);
         QCOMPARE(m_files.get("a.log"), written);
+        QVERIFY(LogFailures::instance().any());
         destination.write("after", Level::Info);
+        QVERIFY(!LogFailures::instance().any());
         QVERIFY(m_files.get("a.log").endsWith("\nafter\n"));
     }
 
@@ -147,9 +151,10 @@ private slots:
         QFile::setPermissions(m_files.path("fixed"), QFile::Permissions(0x7770));
         // A destination that could not open its file tries again.
         FileDestination late(m_files.path("late/such.log"));
-        QVERIFY(!late.isValid());
+        QVERIFY(!late.isValid() && LogFailures::instance().any());
         m_files.put("late/folder");
         late.write("now", Level::Info);
+        QVERIFY(!LogFailures::instance().any());
         QCOMPARE(m_files.get("late/such.log"), QByteArray("now\n"));
     }
 

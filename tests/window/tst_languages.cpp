@@ -105,18 +105,29 @@ void tst_languages::screens()
     QFile file(tsFile);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QXmlStreamReader xml(&file);
+    QStringList notices;
     for (QString context; !xml.atEnd(); xml.readNext()) {
         if (xml.name() == "name" && xml.isStartElement())
             context = xml.readElementText();
         if (xml.name() != "source" || !xml.isStartElement())
             continue;
         QString text = words(qPrintable(context), qPrintable(xml.readElementText()));
+        if (context == "AquenSolvar::Notices")
+            notices << text.replace("%1", "Solvar");
         if (context != "FirmwareUpdateState" && context != job)
             continue;
         text.replace("%1", "control write error: LIBUSB_ERROR_NO_DEVICE");
         one("progressBar")->setProperty("progressBarText", text);
         QTRY_COMPARE(misfit(), QString());
         QCOMPARE(barText(), text);
+    }
+    QVERIFY(press("doneButton"));
+    reportUnopened();
+    QVERIFY(waitFor([&] { return one("noticeText") != nullptr; }));
+    QCOMPARE(notices.size(), 7);
+    for (const QString& notice : qAsConst(notices)) {
+        one("noticeText")->setProperty("text", notice);
+        QTRY_COMPARE(misfit(), QString());
     }
 }
 

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-// What a person sees and presses in the window.
+// What a person sees and presses in the window. This program is also the desktop that opens files
+// and shows notifications.
+#include "Common/Paths.h"
 #include "USB/LibusbDeviceEnumerator.h"
+#include "shell/Help.h"
 #include "support/UpdaterSession.h"
 
 #include <QAccessible>
+#include <QDBusConnection>
+#include <QDesktopServices>
 #include <QQuickItemGrabResult>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -13,6 +18,18 @@ using namespace VirtualUnit;
 class tst_mainwindow : public UpdaterSession
 {
     Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    Q_SCRIPTABLE uint Notify(const QString&, uint, const QString&, const QString& summary,
+                             const QString&, const QStringList&, const QVariantMap&, int)
+    {
+        m_notified << summary;
+        return 1;
+    }
+
+public slots:
+    void open(const QUrl& url) { m_opened = url; }
 
 private slots:
     void list();
@@ -28,6 +45,18 @@ private:
         return m_log->messages().filter(QRegularExpression(pattern)).join(", ");
     }
 
+    bool helpOpens(const QString& heading)
+    {
+        QDesktopServices::setUrlHandler("file", this, "open");
+        QTest::keyClick(m_window, Qt::Key_F1);
+        QFile guide(m_opened.toLocalFile());
+        return guide.open(QIODevice::ReadOnly) && m_opened.hasFragment() &&
+               guide.readAll().contains("# " + heading.toUtf8() + "\n") &&
+               m_opened.fragment() == AquenSolvar::Help::anchorOf(heading);
+    }
+
+    QUrl m_opened;
+    QStringList m_notified;
     const QString m_searching = "Looking for Aquen or Solvar connected via USB";
     // A notice during a listing is dropped and logged, which is no fault.
     const QString m_problems = "^(WARN|ERROR) (?!already enumerating, ignoring$)";
@@ -39,6 +68,13 @@ void tst_mainwindow::list()
     for (const QSize size : {m_window->size(), m_window->minimumSize(), m_window->maximumSize()})
         QCOMPARE(size, QSize(600, 400));
     QVERIFY(shows(m_searching) && one("loadingIndicator") != nullptr);
+    m_window->requestActivate();
+    QTRY_VERIFY(m_window->isActive());
+    QVERIFY(helpOpens("No unit in the list"));
+    QCOMPARE(AquenSolvar::Help::anchorOf("The log, and A_b-2"), QString("the-log-and-a_b-2"));
+    QVERIFY(QDir().mkpath(Common::Paths::logDirectory()));
+    QTest::keyClick(m_window, Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(m_opened, QUrl::fromLocalFile(Common::Paths::logDirectory()));
     m_bus.plugApplication("W-2", "1.2.0");
     m_bus.plugApplication("C-1", "1.3.1", Kind::Solvar);
     m_bus.plugBootloader(Kind::Solvar);
@@ -52,6 +88,13 @@ void tst_mainwindow::list()
                               QString("Solvar (Update), C-1, W-2, Resume Update, "
                                       "Update Firmware (off), Update Firmware, "),
                               30000);
+    QVERIFY(helpOpens("Update a unit"));
+    QObject* card = visible("deviceCard").last()->parentItem()->parentItem();
+    QTRY_COMPARE(
+        QAccessible::queryAccessibleInterface(card)->text(QAccessible::Description),
+        "Aquen, Connected, Update needed, Installed firmware: 1.2.0, Available firmware: 10, "
+        "USB port: " +
+            USB::portPath(*m_bus.awaitRecord(0x0C07)));
     QVERIFY(shows("Devices") && shows("DFU Devices") && !shows(m_searching));
     QVERIFY(m_log->contains("INFO", "List of devices have changed: 3"));
     m_bus.unplugAll();
@@ -98,13 +141,23 @@ void tst_mainwindow::failedUpdate()
 {
     const P_Unit unit = m_bus.plugBootloader(Kind::Solvar);
     unit->addFault(Fault::on("erase", Fault::Action::Stall, 0, 2));
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "desktop");
+    QVERIFY(bus.registerObject("/org/freedesktop/Notifications", this,
+                               QDBusConnection::ExportScriptableInvokables));
+    QVERIFY(bus.registerService("org.freedesktop.Notifications"));
     QCOMPARE(update(), QStringLiteral("Failed to erase flash."));
+    QVERIFY(helpOpens("What the bar can say"));
     QVERIFY(one("doneButton")->hasActiveFocus());
     QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
     QVERIFY(m_log->contains("INFO", "Device already in Dfu, skipping DropToBootloaderState."));
     QVERIFY(m_log->contains("ERROR", "ErrorDuringUpdateState: Error during updating."));
+    QWindow other; // the window's own end of an update is no news while it is active
+    other.show();
+    other.requestActivate();
+    QTRY_VERIFY(!m_window->isActive());
     QVERIFY(press("doneButton"));
     QCOMPARE(update(), QStringLiteral("Update successful!"));
+    QTRY_COMPARE(m_notified, QStringList("Update successful!"));
     QCOMPARE(one("progressBarFill")->width(), one("progressBar")->width());
     QCOMPARE(toByteArray(unit->applicationContent()), m_solvarImage);
 }
@@ -134,6 +187,10 @@ void tst_mainwindow::keyboard()
     };
     for (int count = 0; count < units.size(); ++count)
         plug(units.at(count), count + 1);
+    // A notice adds a button.
+    const bool isNoticed = units.size() == 2;
+    const QStringList bar = isNoticed ? QStringList({"Quit", "Help"}) : QStringList("Quit");
+    reportUnopened(isNoticed);
     QString stop;
     QRect place;
     QImage picture;
@@ -145,7 +202,7 @@ void tst_mainwindow::keyboard()
         const QString now = isUpdate ? "!" + item->text(QAccessible::Description) : name;
         QCOMPARE(now, expected);
         const QRect rect = item->rect().translated(-m_window->position());
-        QVERIFY(now == "Quit" ||
+        QVERIFY(bar.contains(now) ||
                 (rect.top() >= (now == stops.first() ? 30 : 10) && rect.bottom() <= 335));
         // The platform without a screen keeps no picture of a window.
         const auto grab = m_window->contentItem()->grabToImage();
@@ -155,11 +212,11 @@ void tst_mainwindow::keyboard()
         picture = grab->image();
         place = rect.adjusted(-3, -3, 3, 3);
     };
-    const QStringList order = stops + QStringList("Quit") + stops + QStringList("Quit");
-    for (const QString& expected : order)
+    const QStringList order = stops + bar;
+    for (const QString& expected : order + stops.mid(0, 1))
         press(Qt::Key_Tab, expected);
-    for (int at = stops.size(); at-- > 0;)
-        press(Qt::Key_Backtab, stops.at(at));
+    for (int at = order.size(); at-- > 0;)
+        press(Qt::Key_Backtab, order.at(at));
     const QStringList cards = stops.filter(QRegularExpression("^[^!]"));
     for (const QString& card : cards.mid(1) + cards.mid(cards.size() - 1))
         press(Qt::Key_Down, card);
@@ -179,8 +236,9 @@ void tst_mainwindow::keyboard()
     QTest::keyClick(m_window, Qt::Key_Enter);
     QVERIFY(waitFor([&] { return one("quitButton") != nullptr; }));
     QVERIFY(m_log->contains("INFO", "Selected device serial: " + stop.mid(1)));
-    while (!one("quitButton")->hasActiveFocus())
+    while (!one(isNoticed ? "noticeButton" : "quitButton")->hasActiveFocus())
         QTest::keyClick(m_window, Qt::Key_Tab);
+    reportUnopened(false); // the focus goes on to "Quit"
     QTest::keyClick(m_window, Qt::Key_Space);
     QVERIFY(waitFor([&] { return !m_window->isVisible(); }));
     end();
@@ -193,6 +251,8 @@ void tst_mainwindow::initialisationFails()
     QVERIFY(m_window->findChild<USB::LibusbDeviceEnumerator*>()->init(m_window));
     QVERIFY(waitFor([&] { return m_log->contains("ERROR", "Error during initializing..."); }));
     QVERIFY(!m_log->contains("INFO", "Running..."));
+    reportUnopened();
+    QVERIFY(one("noticeText") == nullptr);
     QVERIFY(shows(m_searching) && one("loadingIndicator") == nullptr);
     QVERIFY(press("quitButton"));
     QVERIFY(waitFor([&] { return !m_window->isVisible(); }));

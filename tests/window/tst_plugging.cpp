@@ -180,11 +180,12 @@ void tst_plugging::noPermission()
          {"Could not open the Aquen on port", "LIBUSB_ERROR_ACCESS", "udev rule"})
         QVERIFY2(m_log->contains("ERROR", text), text);
     QVERIFY(listed().isEmpty());
+    const QString notice = "Aquen found, but without permission to use it.";
+    QVERIFY(waitFor([&] { return textOf(one("noticeText")) == notice; }));
 
     // Once it is permitted, plugging in again is all that it takes.
     m_bus.bus().unplug(unit);
-    QVERIFY(m_bus.awaitGone(0));
-    waitFor([] { return false; }, 150);
+    QVERIFY(waitFor([&] { return one("noticeText") == nullptr; }));
     m_bus.bus().plug(unit);
     QCOMPARE(update(), m_success);
 }

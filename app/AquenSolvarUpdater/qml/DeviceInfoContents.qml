@@ -2,6 +2,7 @@
 import QtQuick 2.9
 import QtQuick.Layouts 1.3
 import QtQuick.Window 2.2
+import AquenSolvar 1.0
 import AquenSolvar.Device 1.0 as AquenSolvar_Device
 import "."
 
@@ -12,8 +13,7 @@ RowLayout {
     property var device
     // The name on the card, on one line. Names that the program gives are translated here: the log
     // and the list model keep them in English.
-    readonly property string title: device ? qsTranslate("UnitTitle", device.serialName)
-                                             .replace(/[\u0000-\u001f\u007f-\u009f\u2028\u2029]/g, " ") : ""
+    readonly property string title: device ? _onOneLine(qsTranslate("UnitTitle", device.serialName)) : ""
     // For the list, which leads the keyboard's focus.
     readonly property bool buttonFocused: updateButton.activeFocus
     readonly property bool buttonEnabled: updateButton.enabled
@@ -26,6 +26,23 @@ RowLayout {
         //: Only read aloud: the unit's firmware is old, an update is offered.
         _needsUpdate ? qsTr("Update needed") : upToDateText.text
     ].join(", ")
+    // What the card has no room for, one fact on each line.
+    readonly property string details: [
+        device && device.firmwareVersion
+        //: Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.
+        ? qsTr("Installed firmware: %1").arg(_onOneLine(device.firmwareVersion)) : "",
+        _available === undefined ? "" : _available === ""
+        //: Tooltip of a card: there is no valid firmware file for this kind of unit.
+        ? qsTr("Available firmware: none")
+        //: Tooltip of a card: the firmware that an update would write. %1 is a version, for example
+        //: 1.3.1.
+        : qsTr("Available firmware: %1").arg(_available),
+        device && device.port
+        //: Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.
+        ? qsTr("USB port: %1").arg(_onOneLine(device.port)) : ""
+    ].filter(Boolean).join("\n")
+    readonly property var _available: ShippedFirmware.versions[_isAquen ? AquenSolvar_Device.Device.AQUEN_DFU
+                                      : _isSolvar ? AquenSolvar_Device.Device.SOLVAR_DFU : ""]
     readonly property bool _isDfu: !!device && device.isDfu
     readonly property bool _needsUpdate: !!device && device.needsUpdate
     readonly property bool _isAquen: !!device && (device.deviceType === AquenSolvar_Device.Device.AQUEN
@@ -38,6 +55,10 @@ RowLayout {
     // Whether the button has the focus when the card gets it.
     function focusButton(focused) {
         updateButton.focus = focused;
+    }
+
+    function _onOneLine(text) {
+        return text.replace(/[\u0000-\u001f\u007f-\u009f\u2028\u2029]/g, " ");
     }
 
     spacing: 0

@@ -147,7 +147,7 @@ Item {
                 implicitHeight: card.implicitHeight
                 Accessible.role: Accessible.ListItem
                 Accessible.name: card.title
-                Accessible.description: card.summary
+                Accessible.description: [card.summary].concat(card.details.split("\n")).filter(Boolean).join(", ")
                 Accessible.focusable: true
                 Accessible.focused: activeFocus && !onButton
 
@@ -158,6 +158,10 @@ Item {
                     border.width: Style.baseBorderWidth
                     border.color: Style.accentColor(color)
 
+                    TextTip {
+                        anchors.fill: parent
+                        text: card.details
+                    }
                     DeviceInfoContents {
                         id: card
 

@@ -46,8 +46,11 @@ State {
             onClicked: root.requestFinished()
         }
     }
+    readonly property alias failed: _errorDuringUpdateState.active
     readonly property bool _ended: _updateFinishedState.active || _errorDuringUpdateState.active
 
+    // The update has ended, successfully or not; the bar shows the text.
+    signal ended(string text)
     signal requestError
     signal requestFinished
 
@@ -184,6 +187,7 @@ State {
             //: Progress bar (70 letters; CJK 40): the unit is back, the update has ended well.
             progressBar.progressBarText = qsTr("Update successful!");
             doneButton.forceActiveFocus();
+            root.ended(progressBar.progressBarText);
         }
     }
 
@@ -193,6 +197,7 @@ State {
         onEntered: {
             QsLog.FLog.error("ErrorDuringUpdateState: Error during updating.");
             doneButton.forceActiveFocus();
+            root.ended(progressBar.progressBarText);
         }
     }
 

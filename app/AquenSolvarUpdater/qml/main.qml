@@ -26,6 +26,27 @@ ApplicationWindow {
     Component.onCompleted: QsLog.FLog.info("main.qml component loaded")
     onClosing: _firmwareUpdateState.stopUpdate()
 
+    Action {
+        id: _guideAction
+
+        //: Menu of the bottom bar (30 letters; CJK 15): opens the user's guide.
+        text: qsTr("User's guide")
+        shortcut: "F1"
+        // Headings of the guide.
+        onTriggered: Help.open(_firmwareUpdateState.failed ? "What the bar can say"
+                               : _firmwareUpdateState.active || _aquenSolvarListModel.count > 0
+                                 ? "Update a unit" : "No unit in the list")
+    }
+
+    Action {
+        id: _logFolderAction
+
+        //: Menu of the bottom bar (30 letters; CJK 15): shows the folder of the log files.
+        text: qsTr("Folder of the log")
+        shortcut: "Ctrl+L"
+        onTriggered: Help.openLogFolder()
+    }
+
     LibusbDeviceEnumerator {
         id: _libusbDeviceEnumerator
     }
@@ -38,6 +59,7 @@ ApplicationWindow {
         id: _aquenSolvarListModel
 
         onCountChanged: QsLog.FLog.info("List of devices have changed: " + count)
+        onAddedDevice: ShippedFirmware.lookUp(device)
     }
 
     Rectangle {
@@ -66,6 +88,31 @@ ApplicationWindow {
                                                  : _defaultState.controlView
     }
 
+    MouseArea {
+        anchors.fill: footer
+        acceptedButtons: Qt.RightButton
+        Accessible.ignored: true
+        onClicked: {
+            menuLoader.active = true;
+            menuLoader.item.popup();
+        }
+    }
+
+    // Created on the first use, to keep the start fast.
+    Loader {
+        id: menuLoader
+
+        active: false
+        sourceComponent: Menu {
+            MenuItem {
+                action: _guideAction
+            }
+            MenuItem {
+                action: _logFolderAction
+            }
+        }
+    }
+
     StateMachine {
         id: _stateMachine
 
@@ -89,6 +136,7 @@ ApplicationWindow {
                     return;
                 }
                 _aquenSolvarListModel.addAqSolWatcher(_aqSolWatcher);
+                Notices.followWatcher(_aqSolWatcher);
                 requestProceed();
             }
 
@@ -126,6 +174,8 @@ ApplicationWindow {
                     border.color: Style.accentColor(color)
 
                     BaseButton {
+                        id: quitButton
+
                         objectName: "quitButton"
                         anchors.left: parent.left
                         anchors.bottom: parent.bottom
@@ -134,9 +184,21 @@ ApplicationWindow {
                         text: qsTr("Quit")
                         backgroundColor: Style.inverseColor
                         textColor: Style.darkColor
-                        Keys.onTabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(true)
+                        Keys.onTabPressed: event.accepted = !noticeLine.visible
+                                                            && _defaultState.aquenSolvarListView.enter(true)
                         Keys.onBacktabPressed: event.accepted = _defaultState.aquenSolvarListView.enter(false)
                         onClicked: window.close()
+                    }
+                    NoticeLine {
+                        id: noticeLine
+
+                        anchors.left: quitButton.right
+                        anchors.right: parent.right
+                        anchors.verticalCenter: quitButton.verticalCenter
+                        anchors.leftMargin: Style.baseGridSize
+                        anchors.rightMargin: Style.baseGridSize
+                        devices: _defaultState.aquenSolvarListView
+                        previous: quitButton
                     }
                 }
 
@@ -154,6 +216,10 @@ ApplicationWindow {
                 id: _firmwareUpdateState
 
                 aqSolWatcher: _aqSolWatcher
+                onEnded: {
+                    if (!window.active)
+                        DesktopNotification.show(text);
+                }
 
                 SignalTransition {
                     signal: _firmwareUpdateState.finished

@@ -56,7 +56,7 @@ int main(int argc, char** argv)
     AquenSolvar::InstanceGuard guard(Common::Paths::dataDirectory());
     guard.checkIsFirst();
     // The engine reports what fails to load. The program then runs until it is closed.
-    AquenSolvar::loadUserInterface(*engine);
+    AquenSolvar::loadUserInterface(*engine, &guard);
     QLOG_INFO() << "Initialized application!";
     const int status = QApplication::exec();
     engine.reset();

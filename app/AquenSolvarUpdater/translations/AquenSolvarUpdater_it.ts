@@ -91,6 +91,52 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Help</name>
+    <message>
+        <source>Could not open %1</source>
+        <extracomment>Message box: no program shows it, or it is missing. %1 is the path of a file or folder.</extracomment>
+        <translation>Impossibile aprire %1</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Notices</name>
+    <message>
+        <source>No valid firmware for %1: an update would fail.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): there is no valid firmware file for units of the kind %1, &quot;Aquen&quot; or &quot;Solvar&quot;. An update would begin and then fail.</extracomment>
+        <translation>Nessun firmware valido per %1: l’aggiornamento non riuscirebbe.</translation>
+    </message>
+    <message>
+        <source>Another copy of this program is running.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): this program was started twice.</extracomment>
+        <translation>È aperta un’altra copia di questo programma.</translation>
+    </message>
+    <message>
+        <source>The log cannot be written.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): the program&apos;s own log file, which support reads.</extracomment>
+        <translation>Impossibile scrivere il file di log.</translation>
+    </message>
+    <message>
+        <source>%1 found, but without permission to use it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but the system does not let this person use it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 rilevato, ma manca l’autorizzazione per usarlo.</translation>
+    </message>
+    <message>
+        <source>%1 found, but its driver is missing.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but Windows has no driver for it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 rilevato, ma manca il driver.</translation>
+    </message>
+    <message>
+        <source>%1 found, but another program is using it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but another program, or another copy of this one, uses it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 rilevato, ma è in uso da un altro programma.</translation>
+    </message>
+    <message>
+        <source>%1 found, but it cannot be opened.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but does not work. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1 rilevato, ma non può essere aperto.</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>
@@ -126,6 +172,26 @@
         <source>Update needed</source>
         <extracomment>Only read aloud: the unit&apos;s firmware is old, an update is offered.</extracomment>
         <translation>Aggiornamento necessario</translation>
+    </message>
+    <message>
+        <source>Installed firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.</extracomment>
+        <translation>Firmware installato: %1</translation>
+    </message>
+    <message>
+        <source>Available firmware: none</source>
+        <extracomment>Tooltip of a card: there is no valid firmware file for this kind of unit.</extracomment>
+        <translation>Firmware disponibile: nessuno</translation>
+    </message>
+    <message>
+        <source>Available firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that an update would write. %1 is a version, for example 1.3.1.</extracomment>
+        <translation>Firmware disponibile: %1</translation>
+    </message>
+    <message>
+        <source>USB port: %1</source>
+        <extracomment>Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.</extracomment>
+        <translation>Porta USB: %1</translation>
     </message>
 </context>
 <context>
@@ -185,6 +251,14 @@
     </message>
 </context>
 <context>
+    <name>NoticeLine</name>
+    <message>
+        <source>Help</source>
+        <extracomment>Button beside a notice (20 letters; CJK 10): opens the user&apos;s guide.</extracomment>
+        <translation>Guida</translation>
+    </message>
+</context>
+<context>
     <name>ProgressBar</name>
     <message>
         <source>%1%</source>
@@ -229,6 +303,16 @@
         <source>Quit</source>
         <extracomment>Button below the list (20 letters; CJK 10): ends the program.</extracomment>
         <translation>Esci</translation>
+    </message>
+    <message>
+        <source>User&apos;s guide</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): opens the user&apos;s guide.</extracomment>
+        <translation>Guida per l&apos;utente</translation>
+    </message>
+    <message>
+        <source>Folder of the log</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): shows the folder of the log files.</extracomment>
+        <translation>Cartella del registro</translation>
     </message>
 </context>
 </TS>

@@ -91,6 +91,52 @@
     </message>
 </context>
 <context>
+    <name>AquenSolvar::Help</name>
+    <message>
+        <source>Could not open %1</source>
+        <extracomment>Message box: no program shows it, or it is missing. %1 is the path of a file or folder.</extracomment>
+        <translation>%1을(를) 열지 못했습니다</translation>
+    </message>
+</context>
+<context>
+    <name>AquenSolvar::Notices</name>
+    <message>
+        <source>No valid firmware for %1: an update would fail.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): there is no valid firmware file for units of the kind %1, &quot;Aquen&quot; or &quot;Solvar&quot;. An update would begin and then fail.</extracomment>
+        <translation>%1용 유효한 펌웨어가 없어 업데이트가 실패합니다.</translation>
+    </message>
+    <message>
+        <source>Another copy of this program is running.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): this program was started twice.</extracomment>
+        <translation>이 프로그램이 하나 더 실행 중입니다.</translation>
+    </message>
+    <message>
+        <source>The log cannot be written.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): the program&apos;s own log file, which support reads.</extracomment>
+        <translation>로그를 기록할 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but without permission to use it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but the system does not let this person use it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 사용 권한이 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but its driver is missing.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but Windows has no driver for it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 드라이버가 없습니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but another program is using it.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but another program, or another copy of this one, uses it. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 다른 프로그램이 사용 중입니다.</translation>
+    </message>
+    <message>
+        <source>%1 found, but it cannot be opened.</source>
+        <extracomment>Beside &quot;Quit&quot; (60 letters; CJK 30): a unit is attached, but does not work. %1 is its kind, &quot;Aquen&quot; or &quot;Solvar&quot;.</extracomment>
+        <translation>%1을(를) 찾았지만 열 수 없습니다.</translation>
+    </message>
+</context>
+<context>
     <name>DeviceInfoContents</name>
     <message>
         <source>Connected</source>
@@ -126,6 +172,26 @@
         <source>Update needed</source>
         <extracomment>Only read aloud: the unit&apos;s firmware is old, an update is offered.</extracomment>
         <translation>업데이트 필요</translation>
+    </message>
+    <message>
+        <source>Installed firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that the unit runs. %1 is a version, for example 1.2.0.</extracomment>
+        <translation>설치된 펌웨어: %1</translation>
+    </message>
+    <message>
+        <source>Available firmware: none</source>
+        <extracomment>Tooltip of a card: there is no valid firmware file for this kind of unit.</extracomment>
+        <translation>사용 가능한 펌웨어: 없음</translation>
+    </message>
+    <message>
+        <source>Available firmware: %1</source>
+        <extracomment>Tooltip of a card: the firmware that an update would write. %1 is a version, for example 1.3.1.</extracomment>
+        <translation>사용 가능한 펌웨어: %1</translation>
+    </message>
+    <message>
+        <source>USB port: %1</source>
+        <extracomment>Tooltip of a card: %1 is the path of a USB port, for example 1-2.3.</extracomment>
+        <translation>USB 포트: %1</translation>
     </message>
 </context>
 <context>
@@ -185,6 +251,14 @@
     </message>
 </context>
 <context>
+    <name>NoticeLine</name>
+    <message>
+        <source>Help</source>
+        <extracomment>Button beside a notice (20 letters; CJK 10): opens the user&apos;s guide.</extracomment>
+        <translation>도움말</translation>
+    </message>
+</context>
+<context>
     <name>ProgressBar</name>
     <message>
         <source>%1%</source>
@@ -229,6 +303,16 @@
         <source>Quit</source>
         <extracomment>Button below the list (20 letters; CJK 10): ends the program.</extracomment>
         <translation>종료</translation>
+    </message>
+    <message>
+        <source>User&apos;s guide</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): opens the user&apos;s guide.</extracomment>
+        <translation>사용자 설명서</translation>
+    </message>
+    <message>
+        <source>Folder of the log</source>
+        <extracomment>Menu of the bottom bar (30 letters; CJK 15): shows the folder of the log files.</extracomment>
+        <translation>로그 폴더</translation>
     </message>
 </context>
 </TS>

@@ -52,8 +52,8 @@ AquenSolvarDevice::AquenSolvarDevice(USB::P_LibUsbDevice record, QObject* parent
         QLOG_ERROR() << "Failed to load firmware version";
     else if (!loadFirmwareRevision())
         QLOG_ERROR() << "Failed to load firmware revision";
-    QLOG_INFO() << kind->name << m_serialName << "on port" << USB::portPath(*m_usb.record())
-                << "runs firmware" << m_firmwareVersion << m_firmwareRevision;
+    QLOG_INFO() << kind->name << m_serialName << "on port" << port() << "runs firmware"
+                << m_firmwareVersion << m_firmwareRevision;
 }
 
 QString AquenSolvarDevice::sectionName() const
@@ -129,8 +129,8 @@ bool AquenSolvarDevice::loadFirmwareRevision()
 
 bool AquenSolvarDevice::dropToBootloader()
 {
-    QLOG_INFO() << "Dropping to boot loader:" << m_serialName << "on port"
-                << USB::portPath(*m_usb.record()) << "with firmware" << m_firmwareVersion;
+    QLOG_INFO() << "Dropping to boot loader:" << m_serialName << "on port" << port()
+                << "with firmware" << m_firmwareVersion;
     try {
         const int result =
             m_usb.controlWrite(vendorWrite, requestDropToBootloader, 0,

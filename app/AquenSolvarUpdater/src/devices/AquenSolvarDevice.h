@@ -28,6 +28,8 @@ public:
     int sortOrder() const override { return 1; }
     bool needsUpdate() const override { return m_needsUpdate; }
     bool isDfu() const override { return false; }
+    QString firmwareVersion() const override { return m_firmwareVersion; }
+    QString port() const override { return USB::portPath(*m_usb.record()); }
 
     /// Restarts the unit into its bootloader: it leaves the bus and returns as another device.
     /// @return false, with an error in the log, when the request fails
@@ -39,7 +41,6 @@ public:
     bool loadFirmwareVersion();
     bool loadFirmwareRevision();
 
-    QString firmwareVersion() const { return m_firmwareVersion; }
     QString firmwareRevision() const { return m_firmwareRevision; }
 
 private:

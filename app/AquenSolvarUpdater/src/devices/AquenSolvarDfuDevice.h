@@ -26,6 +26,8 @@ public:
     int sortOrder() const override { return 0; }
     bool needsUpdate() const override { return true; }
     bool isDfu() const override { return true; }
+    QString firmwareVersion() const override { return QString(); }
+    QString port() const override { return m_record ? USB::portPath(*m_record) : QString(); }
 
     USB::P_LibUsbDevice record() const { return m_record; }
 

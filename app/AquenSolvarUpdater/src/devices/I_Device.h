@@ -18,6 +18,8 @@ class I_Device : public QObject
     Q_PROPERTY(QString serialName READ serialName CONSTANT)
     Q_PROPERTY(bool needsUpdate READ needsUpdate CONSTANT)
     Q_PROPERTY(bool isDfu READ isDfu CONSTANT)
+    Q_PROPERTY(QString firmwareVersion READ firmwareVersion CONSTANT)
+    Q_PROPERTY(QString port READ port CONSTANT)
 
 public:
     /// QML compares these by number: the values are fixed.
@@ -51,6 +53,13 @@ public:
 
     /// Whether the unit runs its bootloader.
     virtual bool isDfu() const = 0;
+
+    /// The version of the unit's firmware: digits and "." only. Empty if the unit reports none, as
+    /// a bootloader does.
+    virtual QString firmwareVersion() const = 0;
+
+    /// The USB port that the unit is plugged into, see USB::portPath().
+    virtual QString port() const = 0;
 };
 
 using P_I_Device = QSharedPointer<I_Device>;

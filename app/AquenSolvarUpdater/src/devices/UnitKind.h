@@ -16,10 +16,14 @@ struct UnitKind
     const char* removalText;     ///< log line when one leaves
     const char* serialName;      ///< label of a bootloader; empty if the unit reports its own
     const char* firmwarePattern; ///< name filter of its firmware bundles; empty if no bootloader
+    const char* product;         ///< its name for people, in either mode; never translated
 };
 
 /// The kind with this USB product id; null if there is none. Any thread.
 const UnitKind* unitKindOf(quint16 productId);
+
+/// The kind of this type; null for UNKNOWN. Any thread.
+const UnitKind* unitKindOf(I_Device::DeviceType type);
 
 /// The kind of the same unit in its bootloader; @p kind itself if it is one. Any thread.
 const UnitKind& bootloaderOf(const UnitKind& kind);

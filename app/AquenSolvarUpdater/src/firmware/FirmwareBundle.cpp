@@ -90,6 +90,16 @@ QString firmwareReadResultText(int result)
     }
 }
 
+QString bundleVersionText(qint32 version)
+{
+    if (version < 10000)
+        return QString::number(version);
+    return QStringLiteral("%1.%2.%3")
+        .arg(version / 10000)
+        .arg(version / 100 % 100)
+        .arg(version % 100);
+}
+
 QByteArray packFirmwareBundle(qint32 version, const QByteArray& image)
 {
     Common::SimpleCipher cipher(Common::defaultCipherKey);

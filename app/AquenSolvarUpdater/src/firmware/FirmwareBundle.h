@@ -43,6 +43,10 @@ int readFirmwareBundle(QString path, FirmwareBundle& out);
 /// The reason for a FirmwareReadResult, in English, for people.
 QString firmwareReadResultText(int result);
 
+/// A bundle's version for people: 10301 is "1.3.1". A number below 10000 does not state a firmware
+/// version and stays a number. Pure; any thread.
+QString bundleVersionText(qint32 version);
+
 /// The bytes of a bundle file. parseFirmwareBundle() returns the same version and image for any
 /// image below largestFirmwareBundle. Pure; any thread.
 QByteArray packFirmwareBundle(qint32 version, const QByteArray& image);

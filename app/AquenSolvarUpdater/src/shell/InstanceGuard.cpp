@@ -20,11 +20,11 @@ bool InstanceGuard::checkIsFirst()
 {
     if (!QDir().mkpath(m_directory))
         QLOG_WARN() << "Could not make the directory" << m_directory;
-    if (m_lock.tryLock(0))
-        return true;
-    if (m_lock.error() != QLockFile::LockFailedError) {
-        QLOG_WARN() << "Could not tell whether another copy of this program is running: no lock in"
-                    << m_directory;
+    if (isFirst()) {
+        if (!m_lock.isLocked())
+            QLOG_WARN() << "Could not tell whether another copy of this program is running: no "
+                           "lock in"
+                        << m_directory;
         return true;
     }
     qint64 process = 0;
@@ -38,6 +38,11 @@ bool InstanceGuard::checkIsFirst()
     QLOG_WARN() << text;
     QTextStream(stderr) << text << '\n';
     return false;
+}
+
+bool InstanceGuard::isFirst()
+{
+    return m_lock.isLocked() || m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError;
 }
 
 } // namespace AquenSolvar

@@ -20,6 +20,10 @@ public:
     ///         which is logged); otherwise false, reported in the log and on standard error
     bool checkIsFirst();
 
+    /// As checkIsFirst(), but without a report. A second copy becomes the first one by calling this
+    /// after the other has ended.
+    bool isFirst();
+
 private:
     QString m_directory;
     QLockFile m_lock;

@@ -15,11 +15,15 @@
 #include "devices/AquenSolvarDfuDevice.h"
 #include "devices/I_Device.h"
 #include "qslog/QsLogHelpers.h"
+#include "shell/DesktopNotification.h"
+#include "shell/Help.h"
+#include "shell/Notices.h"
 #include "tracking/AquenSolvarFilterProxyModel.h"
 #include "tracking/AquenSolvarListModel.h"
 #include "tracking/AquenSolvarWatcher.h"
 #include "update/AquenSolvarFirmwareUpdateTask.h"
 #include "update/AquenSolvarTaskFactory.h"
+#include "update/ShippedFirmware.h"
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
@@ -69,6 +73,10 @@ void registerApplicationTypes()
 {
     qmlRegisterType<AquenSolvarWatcher>("AquenSolvar", 1, 0, "AqSolWatcher");
     registerSingleton<AquenSolvarTaskFactory>("AquenSolvar", "AquenSolvarTaskFactory");
+    registerSingleton<ShippedFirmware>("AquenSolvar", "ShippedFirmware");
+    registerSingleton<DesktopNotification>("AquenSolvar", "DesktopNotification");
+    registerSingleton<Help>("AquenSolvar", "Help");
+    registerSingleton<Notices>("AquenSolvar", "Notices");
     qmlRegisterType<AquenSolvarListModel>("AquenSolvar", 1, 0, "AquenSolvarListModel");
     qmlRegisterType<Tasks::AquenSolvarFirmwareUpdateTask>("AquenSolvar.Tasks", 1, 0,
                                                           "AquenSolvarFirmwareUpdateTask");
@@ -89,6 +97,12 @@ void registerMetaTypes()
     qRegisterMetaType<Device::I_Device*>();
     qRegisterMetaType<Device::P_I_Device>("Device::P_I_Device");
     qRegisterMetaType<Device::P_I_Device>("AquenSolvar::Device::P_I_Device");
+}
+
+template <typename T>
+T* singleton(QQmlEngine& engine, const char* name)
+{
+    return engine.singletonInstance<T*>(qmlTypeId("AquenSolvar", 1, 0, name));
 }
 
 bool startStateMachine(QObject* root)
@@ -114,9 +128,13 @@ void prepareEngine(QQmlEngine& engine)
     engine.addImportPath(QStringLiteral("qrc:///vendor-UnderscoreQML"));
 }
 
-bool loadUserInterface(QQmlApplicationEngine& engine)
+bool loadUserInterface(QQmlApplicationEngine& engine, InstanceGuard* guard)
 {
     prepareEngine(engine);
+    auto* notices = singleton<Notices>(engine, "Notices");
+    notices->followFirmware(singleton<ShippedFirmware>(engine, "ShippedFirmware"));
+    if (guard != nullptr)
+        notices->followGuard(guard);
     engine.load(QUrl(QStringLiteral("qrc:/qml/main.qml")));
     return !engine.rootObjects().isEmpty() && startStateMachine(engine.rootObjects().constFirst());
 }

@@ -56,6 +56,8 @@ bool AquenSolvarWatcher::cb_libusbDeviceAdded(USB::P_LibUsbDevice device)
             << exception.what()
             << "- Check that you may access USB devices (Linux: udev rule; Windows: WinUSB "
                "driver) and that no other copy of this program is running.";
+        m_unopenedDevices.insert(device);
+        emit deviceNotOpened(device, openFailureOf(exception.errorCode()));
         return false;
     }
     m_knownDevices[device] = unit;
@@ -70,6 +72,8 @@ bool AquenSolvarWatcher::cb_libusbDeviceRemoved(USB::P_LibUsbDevice device)
     const libusb_device_descriptor& descriptor = device->descriptor;
     QLOG_INFO() << "USB device removed..." << descriptor.idVendor << descriptor.idProduct;
     const Device::UnitKind* kind = Device::unitKindOf(descriptor.idProduct);
+    if (m_unopenedDevices.erase(device) > 0)
+        emit unopenedDeviceLeft(device);
     const auto known = m_knownDevices.find(device);
     if (kind == nullptr || known == m_knownDevices.end())
         return false;

@@ -4,10 +4,12 @@
 #include "USB/LibusbDeviceEnumerator.h"
 #include "USB/LibusbDeviceEnumeratorListener.h"
 #include "devices/I_Device.h"
+#include "tracking/OpenFailure.h"
 
 #include <QObject>
 
 #include <map>
+#include <set>
 
 namespace AquenSolvar {
 
@@ -30,7 +32,7 @@ public:
 
     USB::LibusbDeviceEnumerator* usbEnumerator() const { return m_usbEnumerator; }
 
-    /// A unit that cannot be opened is logged together with a remedy, and not reported.
+    /// A unit that cannot be opened is logged together with a remedy, and is not added.
     /// @return false: later listeners are called, too
     bool cb_libusbDeviceAdded(USB::P_LibUsbDevice device) override;
 
@@ -44,9 +46,14 @@ signals:
     void addedDFUDevice(AquenSolvar::Device::I_Device* device);
     /// A known unit left.
     void removedDevice(AquenSolvar::Device::P_I_Device device);
+    /// A unit arrived that cannot be opened. Its record identifies it.
+    void deviceNotOpened(USB::P_LibUsbDevice record, AquenSolvar::OpenFailure failure);
+    /// A unit left that deviceNotOpened() reported.
+    void unopenedDeviceLeft(USB::P_LibUsbDevice record);
 
 private:
     std::map<USB::P_LibUsbDevice, Device::P_I_Device> m_knownDevices;
+    std::set<USB::P_LibUsbDevice> m_unopenedDevices;
     USB::LibusbDeviceEnumerator* m_usbEnumerator = nullptr;
 };
 
