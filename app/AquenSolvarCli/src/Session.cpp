@@ -220,7 +220,7 @@ void Session::show(const char* event, const AttachedUnit& unit)
                       {"bootloader", unit.kind->dfu},
                       {"name", unit.name},
                       {"firmware", unit.firmware},
-                      {"bundle", bundle > 0 ? bundleVersionText(bundle) : QString()},
+                      {"bundle", bundle > 0 ? Device::bundleVersionText(bundle) : QString()},
                       {"needsUpdate", unit.needsUpdate},
                       {"error", unit.error ? unit.error->message() : QString()}},
                      lineOf(unit, unit.firmware,

@@ -70,14 +70,6 @@ std::optional<Device::FirmwareVersion> firmwareVersionOf(qint32 bundleVersion)
                                    bundleVersion % 100};
 }
 
-QString bundleVersionText(qint32 bundleVersion)
-{
-    const std::optional<Device::FirmwareVersion> version = firmwareVersionOf(bundleVersion);
-    if (!version)
-        return QString::number(bundleVersion);
-    return QStringLiteral("%1.%2.%3").arg(version->major).arg(version->minor).arg(version->patch);
-}
-
 std::optional<bool> isOlderThanBundle(const QString& firmware, qint32 bundleVersion)
 {
     const std::optional<Device::FirmwareVersion> version = firmwareVersionOf(bundleVersion);

@@ -45,9 +45,6 @@ private:
 /// bundles and state none. Pure.
 std::optional<Device::FirmwareVersion> firmwareVersionOf(qint32 bundleVersion);
 
-/// A bundle's version for people: "1.3.1", or the number itself.
-QString bundleVersionText(qint32 bundleVersion);
-
 /// Whether firmware of that version, as a unit reports it, is older than the bundle. Empty if the
 /// bundle states no firmware version, or the unit did not report one.
 std::optional<bool> isOlderThanBundle(const QString& firmware, qint32 bundleVersion);

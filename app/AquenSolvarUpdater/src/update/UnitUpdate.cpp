@@ -196,7 +196,7 @@ void UnitUpdate::verify(AttachedUnit returned)
     if (isOlderThanBundle(returned.firmware, m_bundle.version).value_or(false))
         return fail(QStringLiteral(
                         "The unit runs %1, which is older than the firmware that was written (%2).")
-                        .arg(returned.firmware, bundleVersionText(m_bundle.version)));
+                        .arg(returned.firmware, Device::bundleVersionText(m_bundle.version)));
     m_unit.name = returned.name;
     end(Outcome::Updated, QString());
 }
