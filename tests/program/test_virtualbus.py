@@ -26,6 +26,7 @@ class VirtualBus(unittest.TestCase):
     def finish(self, process):
         output = "".join(process.communicate(timeout=60))
         report = (self.folder / "report").read_text().splitlines()
+        self.assertTrue(report, (process.returncode, output))
         return process.returncode, output, [dict(word.split("=") for word in line.split())
                                             for line in report]
 
