@@ -53,8 +53,19 @@ void tst_sleepinhibitor::heldWhileAJobRuns()
                                QDBusConnection::ExportScriptableInvokables));
     QVERIFY(bus.registerService("org.freedesktop.login1"));
     AquenSolvar::Device::DFUDownloadJob job(QByteArray(16, 'x'), {}, 1024);
+    int held = 0;
+    const auto lookUntilHeld = [&] {
+        QDeadlineTimer limit(30'000);
+        while (locksHeld() == 0 && !limit.hasExpired())
+            QThread::msleep(5);
+        QThread::msleep(100); // and it stays
+        held = locksHeld();
+    };
+    connect(&job, &AquenSolvar::Device::DFUDownloadJob::uploadError, &job, lookUntilHeld,
+            Qt::DirectConnection);
     job.start();
-    QVERIFY(job.wait());
+    QTRY_VERIFY_WITH_TIMEOUT(job.isFinished(), 60'000);
+    QVERIFY(held > 0);
     const QString rest = "|Aquen/Solvar Updater|A unit's firmware is being updated.|block";
     QTRY_COMPARE(m_requests, QStringList({"sleep:idle" + rest, "handle-lid-switch" + rest}));
     QTRY_COMPARE(locksHeld(), 0);
