@@ -122,6 +122,12 @@ QByteArray shortened(const unsigned char* data, int size)
     return shown < size ? text + " and " + QByteArray::number(size - shown) + " more" : text;
 }
 
+void logBytes(const char* direction, const unsigned char* data, int size)
+{
+    if (size > 0)
+        QLOG_TRACE() << direction << shortened(data, size).constData();
+}
+
 } // namespace
 
 int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
@@ -131,10 +137,10 @@ int controlTransfer(libusb_device_handle* handle, const ControlRequest& request,
     time.start();
     const int result = runTransfer(handle, request, data, length, aborted);
     QLOG_DEBUG() << qUtf8Printable(describe(request, length, result, time.elapsed()));
-    const bool in = (request.requestType & LIBUSB_ENDPOINT_IN) != 0;
-    const int bytes = in ? std::max(result, 0) : int(length);
-    if (bytes > 0)
-        QLOG_TRACE() << (in ? "Received" : "Sent") << shortened(data, bytes).constData();
+    if ((request.requestType & LIBUSB_ENDPOINT_IN) != 0)
+        logBytes("Received", data, result);
+    else
+        logBytes("Sent", data, length);
     return result;
 }
 
