@@ -52,4 +52,4 @@ QFont FontHelper::boldFont() const
 
 // Compiled here instead of with those of the other classes: a program that uses one of those would
 // otherwise need Qt Gui.
-#include "moc_FontHelper.cpp"
+#include "moc_FontHelper.cpp" // NOLINT(bugprone-suspicious-include)
