@@ -52,8 +52,8 @@ AquenSolvarDevice::AquenSolvarDevice(USB::P_LibUsbDevice record, QObject* parent
         QLOG_ERROR() << "Failed to load firmware version";
     else if (!loadFirmwareRevision())
         QLOG_ERROR() << "Failed to load firmware revision";
-    QLOG_INFO() << kind->name << m_serialName << "on port" << port() << "runs firmware"
-                << m_firmwareVersion << m_firmwareRevision;
+    QLOG_INFO() << kind->name << m_serialName << "on port" << USB::portPath(*m_usb.record())
+                << "runs firmware" << m_firmwareVersion << m_firmwareRevision;
 }
 
 QString AquenSolvarDevice::sectionName() const
