@@ -157,10 +157,8 @@ void UpdaterSession::reportUnopened(bool isAttached) const
     static const auto record = USB::P_LibUsbDevice::create(); // on no bus
     record->descriptor.idProduct = 0x0C07;
     auto* watcher = m_window->findChild<AquenSolvarWatcher*>();
-    if (isAttached)
-        emit watcher->deviceNotOpened(record, OpenFailure::Other);
-    else
-        emit watcher->unopenedDeviceLeft(record);
+    isAttached ? watcher->deviceNotOpened(record, OpenFailure::Other)
+               : watcher->unopenedDeviceLeft(record);
 }
 
 QStringList UpdaterSession::listed() const

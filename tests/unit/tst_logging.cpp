@@ -99,7 +99,6 @@ private slots:
     {
         FileDestination destination(m_files.put("a.log", "before\n"));
         destination.write(QStringLiteral("\x1b[1;30mINFO\x1b[0m \x1b[2J \u6D17"), Level::Info);
-        QVERIFY(!LogFailures::instance().any());
         const QByteArray written = "before\nINFO \x1b[2J \xE6\xB4\x97\n";
         QCOMPARE(m_files.get("a.log"), written);
         std::signal(SIGXFSZ, SIG_IGN);
@@ -112,8 +111,7 @@ private slots:
         QCOMPARE(m_files.get("a.log"), written);
         QVERIFY(LogFailures::instance().any());
         destination.write("after", Level::Info);
-        QVERIFY(!LogFailures::instance().any());
-        QVERIFY(m_files.get("a.log").endsWith("\nafter\n"));
+        QVERIFY(m_files.get("a.log").endsWith("\nafter\n") && !LogFailures::instance().any());
     }
 
     void rotatesOnlyPastTheMaximum()
@@ -154,7 +152,6 @@ private slots:
         QVERIFY(!late.isValid() && LogFailures::instance().any());
         m_files.put("late/folder");
         late.write("now", Level::Info);
-        QVERIFY(!LogFailures::instance().any());
         QCOMPARE(m_files.get("late/such.log"), QByteArray("now\n"));
     }
 
