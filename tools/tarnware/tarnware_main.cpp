@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "Common/ConsoleOutput.h"
+#include "Common/LibrarySearch.h"
 #include "tarnware/Tarnware.h"
 
 #include <QCoreApplication>
@@ -7,6 +9,8 @@
 
 int main(int argc, char* argv[])
 {
+    Common::restrictLibrarySearch();
+    const Common::ConsoleOutput console;
     const QCoreApplication application(argc, argv);
     QTextStream output(stdout);
     QTextStream errors(stderr);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/BuildVersion.h"
+#include "Common/ConsoleOutput.h"
+#include "Common/LibrarySearch.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "Common/Paths.h"
 #include "qslog/DebugOutputDestination.h"
@@ -50,14 +52,16 @@ std::optional<int> handleEarlyOptions(int argc, char** argv)
     defineOptions(parser);
     // Qt's own options are unknown here, so that errors do not count yet.
     parser.parse(argumentsOf(argc, argv));
+    const bool asksForHelp = parser.isSet(QStringLiteral("help"));
+    if (!asksForHelp && !parser.isSet(QStringLiteral("version")))
+        return std::nullopt;
+    const Common::ConsoleOutput console;
     QTextStream out(stdout);
-    if (parser.isSet(QStringLiteral("help"))) {
+    if (asksForHelp) {
         const QCoreApplication application(argc, argv); // names the program in the text
         out << parser.helpText();
-    } else if (parser.isSet(QStringLiteral("version"))) {
-        out << "AquenSolvarUpdater " << Common::BuildVersion::majorMinorRevisionString() << '\n';
     } else {
-        return std::nullopt;
+        out << "AquenSolvarUpdater " << Common::BuildVersion::majorMinorRevisionString() << '\n';
     }
     return 0;
 }
@@ -75,6 +79,7 @@ bool checkCommandLine()
                     .arg(parser.positionalArguments().constFirst());
     if (error.isEmpty())
         return true;
+    const Common::ConsoleOutput console;
     QTextStream(stderr) << error << '\n' << parser.helpText();
     return false;
 }
@@ -97,6 +102,7 @@ static void InitializeApplication(const QString& applicationName)
 
 int main(int argc, char** argv)
 {
+    Common::restrictLibrarySearch();
     QsLogging::surviveClosedDebugOutput();
     if (const std::optional<int> status = handleEarlyOptions(argc, argv))
         return *status;
