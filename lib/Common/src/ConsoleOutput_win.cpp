@@ -4,6 +4,7 @@
 #include <QTextCodec>
 
 #include <cstdio>
+#include <fcntl.h>
 #include <io.h>
 #include <utility>
 #include <vector>
@@ -23,11 +24,12 @@ HANDLE handleOf(FILE* stream)
     return GetFileType(handle) == FILE_TYPE_UNKNOWN ? INVALID_HANDLE_VALUE : handle;
 }
 
-void connectToConsole(FILE* stream)
+// A stream in text mode takes each byte for a character of its own, and without a buffer writes
+// each one by itself: both take characters of UTF-8 apart. A console needs no carriage returns.
+void keepBytesTogether(FILE* stream)
 {
-    // Without a console, what is printed has no reader.
-    if (std::freopen("CONOUT$", "w", stream) != nullptr)
-        std::setvbuf(stream, nullptr, _IONBF, 0);
+    _setmode(_fileno(stream), _O_BINARY);
+    std::setvbuf(stream, nullptr, _IOFBF, BUFSIZ);
 }
 
 } // namespace
@@ -48,8 +50,9 @@ ConsoleOutput::ConsoleOutput()
             unconnected.push_back(stream);
     }
     if (!unconnected.empty() && AttachConsole(ATTACH_PARENT_PROCESS)) {
+        // Where that fails, what is printed has no reader.
         for (FILE* stream : unconnected)
-            connectToConsole(stream);
+            static_cast<void>(std::freopen("CONOUT$", "w", stream));
     }
     for (FILE* stream : {stdout, stderr}) {
         const HANDLE handle = handleOf(stream);
@@ -59,6 +62,7 @@ ConsoleOutput::ConsoleOutput()
         m_restored->codePage = GetConsoleOutputCP();
         m_restored->modes.emplace_back(handle, mode);
         SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        keepBytesTogether(stream);
     }
     if (m_restored->codePage != 0)
         SetConsoleOutputCP(CP_UTF8);
