@@ -27,3 +27,6 @@ set(ENV{PKG_CONFIG_LIBDIR} "${ASU_WINDOWS_SDK}/lib/pkgconfig")
 # The translation compiler is the host's. It has Qt's version but is no part of the SDK.
 file(GLOB asu_linguist_tools /usr/lib/*/cmake/Qt5LinguistTools)
 set(Qt5LinguistTools_DIR "${asu_linguist_tools}" CACHE PATH "The host's Qt5LinguistTools")
+
+set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK
+    "${CMAKE_CURRENT_LIST_DIR}/link-relative ${ASU_WINDOWS_SDK}")
