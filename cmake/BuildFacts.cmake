@@ -55,4 +55,8 @@ endif()
 if(NOT ASU_SOURCES_DIRECTORY STREQUAL CMAKE_SOURCE_DIR)
     add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=${ASU_SOURCES_DIRECTORY}"
                         "-ffile-prefix-map=${CMAKE_BINARY_DIR}=${ASU_SOURCES_DIRECTORY}/build")
+    # A compiler cache with a base directory would make them relative.
+    if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "ccache$")
+        list(PREPEND CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_BASEDIR=)
+    endif()
 endif()

@@ -4,7 +4,7 @@
 # rights, when all are installed.
 #   scripts/install-packages.sh [--list] PURPOSE…
 # Purposes: build run test demo kernel lint memcheck coverage fuzz benchmark wayland package
-#   package-test. --list prints the packages and installs nothing.
+#   package-test windows windows-sdk wine. --list prints the packages and installs nothing.
 set -euo pipefail
 
 packages_for() {
@@ -27,7 +27,14 @@ packages_for() {
         # A virtual machine that boots parts of Debian's kernel, and what runs in it.
         kernel) echo qemu-system-x86 busybox-static cpio kmod xz-utils udev util-linux umockdev xvfb \
             xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
-        lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools g++-mingw-w64-x86-64-posix shellcheck ;;
+        # The Windows programs, cross-built, and the two packages of them.
+        windows) echo g++-mingw-w64-x86-64-posix libz-mingw-w64-dev icoutils librsvg2-bin \
+            qtdeclarative5-dev-tools python3-pefile nsis zip osslsigncode xz-utils ;;
+        # What building Qt and libusb for Windows needs besides.
+        windows-sdk) echo autoconf automake libtool make dpkg-dev perl python3 ;;
+        # What runs Windows programs, on a screen without a monitor, and the font of their windows.
+        wine) echo wine wine64 fonts-wine xvfb xdotool imagemagick dbus-daemon ;;
+        lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;
         fuzz) echo clang libclang-rt-dev ;;

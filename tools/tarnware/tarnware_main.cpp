@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "Common/ConsoleOutput.h"
+#include "Common/LibrarySearch.h"
 #include "tarnware/BinaryStreams.h"
 #include "tarnware/Tarnware.h"
 
@@ -8,6 +10,8 @@
 
 int main(int argc, char* argv[])
 {
+    Common::restrictLibrarySearch();
+    const Common::ConsoleOutput console;
     makeStreamsBinary();
     const QCoreApplication application(argc, argv);
     QTextStream errors(stderr);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/BuildVersion.h"
 #include "Common/Console.h"
+#include "Common/ConsoleOutput.h"
+#include "Common/LibrarySearch.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "cli/CommandLine.h"
 #include "cli/Session.h"
@@ -16,6 +18,8 @@
 int main(int argc, char** argv)
 {
     using namespace AquenSolvar;
+    Common::restrictLibrarySearch();
+    const Common::ConsoleOutput output;
     QsLogging::surviveClosedDebugOutput();
     Common::watchForInterrupt();
     QCoreApplication application(argc, argv);

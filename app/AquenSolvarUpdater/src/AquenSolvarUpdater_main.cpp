@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "Common/BuildVersion.h"
+#include "Common/LibrarySearch.h"
 #include "Common/Logging/LoggingStartup.h"
 #include "Common/Paths.h"
 #include "qslog/DebugOutputDestination.h"
@@ -35,6 +36,7 @@ static void InitializeApplication(const QString& applicationName)
 
 int main(int argc, char** argv)
 {
+    Common::restrictLibrarySearch();
     QsLogging::surviveClosedDebugOutput();
     if (const std::optional<int> status = AquenSolvar::handleCommandLine(argc, argv))
         return *status;

@@ -22,8 +22,13 @@ constexpr GUID usbDeviceInterface = {
 
 I_USBNotifier* I_USBNotifier::create(QObject* parent, QObject* window)
 {
-    const auto* nativeWindow = qobject_cast<QWindow*>(window);
-    return new WindowsUSBNotifier(parent, nativeWindow != nullptr ? nativeWindow->winId() : 0);
+    auto* nativeWindow = qobject_cast<QWindow*>(window);
+    if (nativeWindow == nullptr)
+        return new WindowsUSBNotifier(parent, 0);
+    // Asked for the handle of a window that the system refuses to create, Qt crashes.
+    nativeWindow->create();
+    return new WindowsUSBNotifier(parent,
+                                  nativeWindow->handle() != nullptr ? nativeWindow->winId() : 0);
 }
 
 WindowsUSBNotifier::WindowsUSBNotifier(QObject* parent, WId windowHandle)

@@ -2,6 +2,7 @@
 #include "shell/CommandLine.h"
 
 #include "Common/BuildVersion.h"
+#include "Common/ConsoleOutput.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -61,6 +62,7 @@ int reportUsageError(const QString& error)
 {
     QCommandLineParser parser; // without Qt's options
     defineOptions(parser);
+    const Common::ConsoleOutput console;
     QTextStream(stderr) << error << '\n' << parser.helpText();
     return usageError;
 }
@@ -70,17 +72,19 @@ int reportUsageError(const QString& error)
 std::optional<int> handleCommandLine(int argc, char** argv)
 {
     const QStringList arguments = argumentsOf(argc, argv);
-    QTextStream out(stdout);
     QCommandLineParser parser;
     defineOptions(parser);
     parser.parse(arguments); // an option for help counts beside errors
     if (parser.isSet(QStringLiteral("help"))) {
         const QCoreApplication application(argc, argv);
-        out << parser.helpText();
+        const Common::ConsoleOutput console;
+        QTextStream(stdout) << parser.helpText();
         return 0;
     }
     if (parser.isSet(QStringLiteral("version"))) {
-        out << "AquenSolvarUpdater " << Common::BuildVersion::majorMinorRevisionString() << '\n';
+        const Common::ConsoleOutput console;
+        QTextStream(stdout) << "AquenSolvarUpdater "
+                            << Common::BuildVersion::majorMinorRevisionString() << '\n';
         return 0;
     }
     defineQtOptions(parser);

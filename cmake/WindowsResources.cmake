@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: LicenseRef-Proprietary
+# asu_add_windows_resources(TARGET DESCRIPTION text)
+# Gives a program its icon, version and manifest on Windows; does nothing elsewhere.
+if(WIN32)
+    enable_language(RC)
+    find_program(RSVG_CONVERT rsvg-convert DOC "Makes pictures of SVG files" REQUIRED)
+    find_program(ICOTOOL icotool DOC "Makes Windows icons" REQUIRED)
+    set(asu_icon_sources
+        "${CMAKE_SOURCE_DIR}/packaging/linux/icons/quillon.aquen_solvar.updater.svg")
+    set(asu_icon "${CMAKE_BINARY_DIR}/packaging/windows/AquenSolvarUpdater.ico")
+    get_filename_component(asu_icon_directory "${asu_icon}" DIRECTORY)
+    file(MAKE_DIRECTORY "${asu_icon_directory}")
+    foreach(size 16 20 24 32 40 48 64 256)
+        set(picture "${asu_icon_directory}/icon-${size}.png")
+        list(APPEND asu_icon_commands
+            COMMAND "${RSVG_CONVERT}" -w ${size} -h ${size} -o "${picture}" "${asu_icon_sources}")
+        if(size EQUAL 256)
+            list(APPEND asu_icon_pictures --raw)
+        endif()
+        list(APPEND asu_icon_pictures "${picture}")
+    endforeach()
+    # Pictures of 256 pixels are kept as PNG, smaller ones as bitmaps, which every program reads.
+    add_custom_command(OUTPUT "${asu_icon}" DEPENDS "${asu_icon_sources}" ${asu_icon_commands}
+        COMMAND "${ICOTOOL}" --create --output "${asu_icon}" ${asu_icon_pictures} VERBATIM)
+    add_custom_target(windows_icon DEPENDS "${asu_icon}")
+endif()
+
+function(asu_add_windows_resources target)
+    if(NOT WIN32)
+        return()
+    endif()
+    cmake_parse_arguments(R "" "DESCRIPTION" "" ${ARGN})
+    set(templates "${CMAKE_SOURCE_DIR}/packaging/windows")
+    set(made "${CMAKE_CURRENT_BINARY_DIR}/${target}")
+    set(ASU_PROGRAM "${target}")
+    set(ASU_DESCRIPTION "${R_DESCRIPTION}")
+    configure_file("${templates}/program.manifest.in" "${made}.manifest" @ONLY)
+    configure_file("${templates}/program.rc.in" "${made}.rc" @ONLY)
+    target_sources(${target} PRIVATE "${made}.rc")
+    set_source_files_properties("${made}.rc" PROPERTIES OBJECT_DEPENDS "${asu_icon};${made}.manifest")
+    add_dependencies(${target} windows_icon)
+endfunction()

@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: LicenseRef-Proprietary
+#include "Common/LibrarySearch.h"
+
+void Common::restrictLibrarySearch() {}
