@@ -1,45 +1,14 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #include "virtualbus/ControlFifo.h"
 
-#include <QMap>
-
-#include <algorithm>
 #include <fcntl.h>
-#include <iostream>
 #include <stdexcept>
 #include <sys/stat.h>
 
 namespace VirtualUnit {
 
-namespace {
-
-unsigned number(const QString& text)
-{
-    if (text == QLatin1String("forever"))
-        return Fault::Forever;
-    bool ok = false;
-    const unsigned value = text.toUInt(&ok);
-    if (!ok)
-        throw std::invalid_argument("not a number: " + text.toStdString());
-    return value;
-}
-
-} // namespace
-
-QString ControlFifo::help()
-{
-    return QStringLiteral(
-        "Lines of the control FIFO:\n"
-        "  plug UNIT | unplug UNIT | replug UNIT [SECONDS]\n"
-        "  fault UNIT ACTION [on=REQUEST] [first=N] [times=N|forever] [value=N|forever]\n"
-        "    ACTION: stall, silence, short (value: bytes), fail (value: bStatus), leave,\n"
-        "    never-return, busy (value: polls), delay (value: ms). REQUEST, counted from now on:\n"
-        "    any, or a name as in the file of --trace.\n");
-}
-
-ControlFifo::ControlFifo(const QString& path, Bus& bus, const std::vector<LabelledUnit>& units)
-    : m_bus(bus)
-    , m_units(units)
+ControlFifo::ControlFifo(const QString& path, Bus& bus, std::vector<LabelledUnit>& units)
+    : m_lines(bus, units)
 {
     const QByteArray name = QFile::encodeName(path);
     if (mkfifo(name, 0600) == 0)
@@ -52,75 +21,12 @@ ControlFifo::ControlFifo(const QString& path, Bus& bus, const std::vector<Labell
         throw std::invalid_argument("not a FIFO that can be read: " + name.toStdString());
     m_notifier = std::make_unique<QSocketNotifier>(m_fifo.handle(), QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
-                     [this] { readLines(); });
+                     [this] { m_lines.feed(m_fifo.readAll()); });
 }
 
 ControlFifo::~ControlFifo()
 {
     QFile::remove(m_madePath);
-}
-
-void ControlFifo::readLines()
-{
-    m_pending += m_fifo.readAll();
-    for (int end = 0; (end = m_pending.indexOf('\n')) >= 0; m_pending.remove(0, end + 1)) {
-        try {
-            perform(QString::fromLocal8Bit(m_pending.left(end)).simplified().split(' '));
-        } catch (const std::exception& error) {
-            std::cerr << "virtualbus: control: " << error.what() << '\n';
-        }
-    }
-}
-
-void ControlFifo::perform(const QStringList& words)
-{
-    const QString& verb = words[0];
-    const QString label = words.value(1);
-    const auto found = std::find_if(m_units.begin(), m_units.end(),
-                                    [&label](const auto& unit) { return unit.label == label; });
-    if (found == m_units.end())
-        throw std::invalid_argument("no unit is called " + label.toStdString());
-    const P_Unit& unit = found->unit;
-    if (verb == QLatin1String("plug") && words.size() == 2) {
-        m_bus.plug(unit);
-    } else if (verb == QLatin1String("unplug") && words.size() == 2) {
-        m_bus.unplug(unit);
-    } else if (verb == QLatin1String("replug") && words.size() <= 3) {
-        bool ok = false;
-        const double seconds = words.value(2, QStringLiteral("0.3")).toDouble(&ok);
-        if (!ok || !(seconds >= 0 && seconds <= 86400))
-            throw std::invalid_argument("not a time in seconds: " + words[2].toStdString());
-        m_bus.replug(unit, milliseconds(qRound(seconds * 1000)));
-    } else if (verb == QLatin1String("fault")) {
-        unit->addFault(fault(words.mid(2)));
-    } else {
-        throw std::invalid_argument("unknown line: " + words.join(' ').toStdString());
-    }
-}
-
-Fault ControlFifo::fault(const QStringList& words)
-{
-    using Action = Fault::Action;
-    static const QMap<QString, Action> actions = {
-        {"stall", Action::Stall},       {"silence", Action::Silence},
-        {"short", Action::ShortAnswer}, {"fail", Action::FailStatus},
-        {"leave", Action::LeaveBus},    {"never-return", Action::NeverReturn},
-        {"busy", Action::StayBusy},     {"delay", Action::Delay}};
-    if (!actions.contains(words.value(0)))
-        throw std::invalid_argument("unknown action: " + words.value(0).toStdString());
-    QMap<QString, QString> options = {
-        {"on", "any"}, {"first", "1"}, {"times", "1"}, {"value", "0"}};
-    const QStringList settings = words.mid(1);
-    for (const QString& word : settings) {
-        const QString key = word.section('=', 0, 0);
-        if (!options.contains(key))
-            throw std::invalid_argument("unknown option of a fault: " + word.toStdString());
-        options[key] = word.section('=', 1);
-    }
-    Fault result = Fault::on(options["on"].toStdString(), actions[words[0]],
-                             number(options["value"]), number(options["first"]));
-    result.times = number(options["times"]);
-    return result;
 }
 
 } // namespace VirtualUnit

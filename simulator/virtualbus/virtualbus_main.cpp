@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "control/Report.h"
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "usbip/KernelHost.h"
 #include "virtualbus/Command.h"
 #include "virtualbus/ControlFifo.h"
 #include "virtualbus/Preload.h"
-#include "virtualbus/Report.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -31,7 +31,7 @@ void describe(QCommandLineParser& parser)
         "end there is one line per unit: its mode, firmware version, whether it is on the bus, "
         "and\n"
         "length and SHA-256 of what its application flash holds.\n\n" +
-        unitOptionHelp() + '\n' + ControlFifo::help());
+        unitOptionHelp() + '\n' + ControlLines::help());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOptions({
         {{"u", "unit"}, "Put a unit on the bus.", "UNIT"},

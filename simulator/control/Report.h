@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
 #pragma once
 
-#include "virtualbus/UnitOption.h"
+#include "control/UnitOption.h"
 
 #include <QTextStream>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-#include "virtualbus/Report.h"
+#include "control/Report.h"
 
 #include <QCryptographicHash>
 
