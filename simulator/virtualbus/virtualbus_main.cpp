@@ -20,7 +20,6 @@ namespace {
 
 constexpr int exitUsage = 2;
 constexpr int exitCannotRun = 127;
-constexpr milliseconds settleTime(5000);
 
 void describe(QCommandLineParser& parser)
 {
@@ -52,15 +51,6 @@ void openOutput(QFile& file)
 {
     if (!file.open(QIODevice::WriteOnly))
         throw std::invalid_argument("cannot write " + file.fileName().toStdString());
-}
-
-void finish(QTextStream& stream, const QFile& file)
-{
-    stream.flush();
-    if (stream.status() != QTextStream::Ok || file.error() != QFile::NoError)
-        throw std::runtime_error("cannot write " + (file.fileName().isEmpty()
-                                                        ? "standard error"
-                                                        : file.fileName().toStdString()));
 }
 
 void print(const std::string& text)
@@ -108,18 +98,7 @@ int run(const QCommandLineParser& parser)
             bus.plug(unit.unit);
     }
     const int status = runCommand(parser.positionalArguments());
-    // A command may end while a unit that it has flashed is still on its way back.
-    if (!bus.waitUntilSettled(settleTime))
-        std::cerr << "virtualbus: a unit is still about to leave or return\n";
-    QTextStream reportText(&report);
-    QTextStream traceText(&trace);
-    for (const LabelledUnit& unit : units) {
-        writeReport(reportText, unit, bus.isPlugged(unit.unit));
-        if (trace.isOpen())
-            writeTrace(traceText, unit);
-    }
-    finish(reportText, report);
-    finish(traceText, trace);
+    writeReports(report, trace, bus, units);
     return status;
 }
 
