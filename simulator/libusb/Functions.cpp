@@ -204,6 +204,7 @@ API(int) libusb_cancel_transfer(libusb_transfer* transfer)
     return 0;
 }
 
+// cppcheck-suppress constParameter; the type is libusb's
 API(int) libusb_handle_events_timeout_completed(libusb_context*, timeval* timeout, int* completed)
 {
     auto& transfers = host().transfers;
