@@ -21,7 +21,7 @@ from updater_driver import (DriverError, ENDS_WELL, LIST_HEIGHT, Log, RETURNS, S
 FOLDER, PROGRAM = pathlib.Path(sys.argv[1]), sys.argv[2]
 USERS = pathlib.Path(os.environ["WINEPREFIX"]) / "drive_c/users"
 
-# Where they are in the window, in pixels of the screen.
+# Where they are in the window, in pixels.
 Control = collections.namedtuple("Control", "name x y width height")
 FIRST_UNIT = Control("the first unit's button", 460, 74, 120, 24)
 QUIT = Control("Quit", 14, 366, 70, 24)
@@ -44,6 +44,8 @@ class Program(Session):
         self._log = Log(USERS)
         self.find_window()
         self.wait_for_log("DefaultState")
+        if any(line.startswith("ERROR") for line in self._log.lines()):
+            raise DriverError(f"an error at the start: {self._log.lines()}")
 
     def _area(self, item):
         return item[1:]
@@ -108,8 +110,10 @@ def resume(test):
     with Program(test, "aquen:firmware=1.2.0") as program:
         program.wait_for_log("List of devices have changed: 1")
         program.start_update(*STARTS_IN_APPLICATION)
-        program.order("replug aquen 3")
-        program.wait_for_log("ErrorDuringUpdateState", "List of devices have changed: 1")
+        program.order("unplug aquen")
+        program.wait_for_log("ErrorDuringUpdateState", "List of devices have changed: 0")
+        program.order("plug aquen")
+        program.wait_for_log("List of devices have changed: 1")
         program.picture_of("error.png", BAR, 0.8, 1)
         program.leave_update()
         program.start_update("Device already in Dfu", "TaskState")
