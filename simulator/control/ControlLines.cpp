@@ -50,8 +50,11 @@ void ControlLines::feed(const QByteArray& bytes)
 
 void ControlLines::perform(const QStringList& words)
 {
-    if (words[0] == QLatin1String("unit")) {
-        addUnit(words.mid(1).join(' '));
+    const QString& verb = words[0];
+    if (verb == QLatin1String("unit")) {
+        m_units.push_back(makeUnit(words.mid(1).join(' '), m_units));
+        if (m_units.back().plugged)
+            m_bus.plug(m_units.back().unit);
         return;
     }
     const QString label = words.value(1);
@@ -59,19 +62,7 @@ void ControlLines::perform(const QStringList& words)
                                     [&label](const auto& unit) { return unit.label == label; });
     if (found == m_units.end())
         throw std::invalid_argument("no unit is called " + label.toStdString());
-    performOn(found->unit, words);
-}
-
-void ControlLines::addUnit(const QString& option)
-{
-    m_units.push_back(makeUnit(option, m_units));
-    if (m_units.back().plugged)
-        m_bus.plug(m_units.back().unit);
-}
-
-void ControlLines::performOn(const P_Unit& unit, const QStringList& words)
-{
-    const QString& verb = words[0];
+    const P_Unit& unit = found->unit;
     if (verb == QLatin1String("plug") && words.size() == 2) {
         m_bus.plug(unit);
     } else if (verb == QLatin1String("unplug") && words.size() == 2) {

@@ -29,8 +29,6 @@ public:
 
 private:
     void perform(const QStringList& words);
-    void addUnit(const QString& option);
-    void performOn(const P_Unit& unit, const QStringList& words);
     static Fault fault(const QStringList& words);
 
     Bus& m_bus;

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "control/ControlLines.h"
 #include "control/Report.h"
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "usbip/KernelHost.h"
 #include "virtualbus/Command.h"
-#include "virtualbus/ControlFifo.h"
 #include "virtualbus/Preload.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QScopeGuard>
+#include <QSocketNotifier>
 #include <QTextCodec>
 
+#include <fcntl.h>
 #include <iostream>
 #include <stdexcept>
+#include <sys/stat.h>
 
 using namespace VirtualUnit;
 
@@ -45,6 +49,20 @@ void describe(QCommandLineParser& parser)
     parser.addHelpOption();
     parser.addOption({"version", "Displays the version of this program."});
     parser.addPositionalArgument("command", "What to run.", "-- COMMAND [ARGUMENT]...");
+}
+
+/// Opens the FIFO, into which others write, or makes one. Returns whether it was made.
+bool openFifo(QFile& fifo)
+{
+    const QByteArray name = QFile::encodeName(fifo.fileName());
+    const bool made = mkfifo(name, 0600) == 0;
+    struct stat facts = {};
+    // Both ends, so that it does not end when a writer closes it.
+    if (stat(name, &facts) != 0 || !S_ISFIFO(facts.st_mode) ||
+        !fifo.open(::open(name, O_RDWR | O_NONBLOCK | O_CLOEXEC), QIODevice::ReadOnly,
+                   QFile::AutoCloseHandle))
+        throw std::invalid_argument("not a FIFO that can be read: " + name.toStdString());
+    return made;
 }
 
 void openOutput(QFile& file)
@@ -90,9 +108,19 @@ int run(const QCommandLineParser& parser)
     if (parser.isSet("trace"))
         openOutput(trace);
     Bus bus(parser.isSet("kernel") ? std::make_unique<KernelHost>() : VirtualBus::makeHost());
-    std::unique_ptr<ControlFifo> control;
-    if (parser.isSet("control"))
-        control = std::make_unique<ControlFifo>(parser.value("control"), bus, units);
+    ControlLines lines(bus, units);
+    QFile fifo(parser.value("control"));
+    const bool made = parser.isSet("control") && openFifo(fifo);
+    const auto remove = qScopeGuard([&] {
+        if (made)
+            QFile::remove(parser.value("control"));
+    });
+    std::unique_ptr<QSocketNotifier> notifier;
+    if (fifo.isOpen()) {
+        notifier = std::make_unique<QSocketNotifier>(fifo.handle(), QSocketNotifier::Read);
+        QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
+                         [&] { lines.feed(fifo.readAll()); });
+    }
     for (const LabelledUnit& unit : units) {
         if (unit.plugged)
             bus.plug(unit.unit);
