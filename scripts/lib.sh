@@ -42,21 +42,27 @@ build() {
         die build "see the messages of the compiler above"
 }
 
-# install_updater TREE FOLDER BYTES: installs the updater of a build tree into FOLDER/updater, with
-# bundles of generated images in it: version 1.3.1, FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin.
-# They are no real firmware and must not come near a program that could find a real unit.
-install_updater() {
-    local tree=$1 folder=$2 size=$3 kind
-    rm -rf "$folder/updater"
-    cmake --install "$tree" --prefix "$folder/updater" >"$folder/install.txt" ||
-        die "install the updater" "see $folder/install.txt"
+# make_bundles TREE FOLDER BYTES TARGET: makes images of version 1.3.1 with the programs of a build tree,
+# FOLDER/aquen.bin and, a byte longer, FOLDER/solvar.bin, and bundles of them in TARGET. They are no real
+# firmware and must not come near a program that could find a real unit.
+make_bundles() {
+    local tree=$1 folder=$2 size=$3 target=$4 kind
     for kind in aquen solvar; do
         "$tree/simulator/virtualbus/virtualbus" --make-image "1.3.1:$((size++)):$folder/$kind.bin" ||
             die "make a firmware image" "see the messages above"
         "$tree/tools/tarnware/tarnware" pack --version 10301 "$folder/$kind.bin" \
-            "$folder/updater/lib/aquen-solvar-updater/Resources/Firmwares/$kind-v1.3.1.tarnware" ||
-            die "make a firmware bundle" "see the messages above"
+            "$target/$kind-v1.3.1.tarnware" || die "make a firmware bundle" "see the messages above"
     done
+}
+
+# install_updater TREE FOLDER BYTES: installs the updater of a build tree into FOLDER/updater, with
+# bundles of make_bundles in it.
+install_updater() {
+    local tree=$1 folder=$2
+    rm -rf "$folder/updater"
+    cmake --install "$tree" --prefix "$folder/updater" >"$folder/install.txt" ||
+        die "install the updater" "see $folder/install.txt"
+    make_bundles "$tree" "$folder" "$3" "$folder/updater/lib/aquen-solvar-updater/Resources/Firmwares"
 }
 
 # holds_image REPORT IMAGE: whether the washing unit in a report of the virtual bus runs the image.

@@ -127,13 +127,16 @@ class Session:
         for pattern in patterns:
             self.wait(f'the log line "{pattern}"', 30, lambda: self._log.next(pattern))
 
-    def wait_for_window(self):
+    def find_window(self):
         def search():
             return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
                                   stdout=subprocess.PIPE, text=True, check=False).stdout.split()
         self._window = self.wait(f"a window called {TITLE!r}", 60, search)[0]
         # Nothing manages windows on this display.
         run("xdotool", "windowfocus", "--sync", self._window)
+
+    def wait_for_window(self):
+        self.find_window()
         # The first query starts the bus for assistive programs, which Qt joins only when it
         # starts after the program. Without a cache the program itself responds, each time.
         pyatspi.Registry.getDesktop(0).set_cache_mask(Atspi.Cache.NONE)

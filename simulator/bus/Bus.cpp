@@ -59,7 +59,6 @@ void Bus::add(Slot& slot)
     slot.unit->arrive();
     slot.address = m_host->add(slot.port, slot.unit, onDeparture);
     slot.present = true;
-    m_changed.notify_all();
 }
 
 void Bus::remove(Slot& slot, Unit::Reason reason)
@@ -69,7 +68,6 @@ void Bus::remove(Slot& slot, Unit::Reason reason)
     slot.present = false;
     slot.address = {};
     slot.unit->leave(reason);
-    m_changed.notify_all();
 }
 
 /// Does @p action after @p delay unless the unit comes or goes before that.
@@ -94,12 +92,6 @@ void Bus::returnLater(Slot& slot, milliseconds delay)
             std::cerr << "virtual bus: a unit cannot return: " << error.what() << '\n';
         }
     });
-}
-
-bool Bus::waitFor(milliseconds timeout, const std::function<bool()>& condition) const
-{
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, timeout, condition);
 }
 
 void Bus::plug(const P_Unit& unit)
@@ -133,20 +125,15 @@ void Bus::replug(const P_Unit& unit, milliseconds away)
 
 bool Bus::isPlugged(const P_Unit& unit) const
 {
-    return !waitUntilUnplugged(unit, milliseconds(0));
-}
-
-bool Bus::waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const
-{
-    return waitFor(timeout, [&] {
-        const Slot* slot = find(unit);
-        return slot == nullptr || !slot->present;
-    });
+    const Lock lock(m_mutex);
+    const Slot* slot = find(unit);
+    return slot != nullptr && slot->present;
 }
 
 bool Bus::waitUntilSettled(milliseconds timeout) const
 {
-    return waitFor(timeout, [this] { return m_inTransit == 0; });
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, timeout, [this] { return m_inTransit == 0; });
 }
 
 Address Bus::address(const P_Unit& unit) const

@@ -32,9 +32,6 @@ public:
 
     bool isPlugged(const P_Unit& unit) const;
 
-    /// Waits until the unit is off the bus. False if that took longer than @p timeout.
-    bool waitUntilUnplugged(const P_Unit& unit, milliseconds timeout) const;
-
     /// Waits until no unit is about to leave or to return. False if that took longer than
     /// @p timeout.
     bool waitUntilSettled(milliseconds timeout) const;
@@ -60,7 +57,6 @@ private:
     void remove(Slot& slot, Unit::Reason reason);
     void later(Slot& slot, unsigned generation, milliseconds delay, std::function<void()> action);
     void returnLater(Slot& slot, milliseconds delay);
-    bool waitFor(milliseconds timeout, const std::function<bool()>& condition) const;
 
     mutable std::mutex m_mutex; ///< never taken by the host's threads, which the host may wait for
     mutable std::condition_variable m_changed;

@@ -1,18 +1,22 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
+#include "control/ControlLines.h"
+#include "control/Report.h"
 #include "umockdev/VirtualBus.h"
 #include "unit/FirmwareImage.h"
 #include "usbip/KernelHost.h"
 #include "virtualbus/Command.h"
-#include "virtualbus/ControlFifo.h"
 #include "virtualbus/Preload.h"
-#include "virtualbus/Report.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QScopeGuard>
+#include <QSocketNotifier>
 #include <QTextCodec>
 
+#include <fcntl.h>
 #include <iostream>
 #include <stdexcept>
+#include <sys/stat.h>
 
 using namespace VirtualUnit;
 
@@ -20,7 +24,6 @@ namespace {
 
 constexpr int exitUsage = 2;
 constexpr int exitCannotRun = 127;
-constexpr milliseconds settleTime(5000);
 
 void describe(QCommandLineParser& parser)
 {
@@ -31,7 +34,7 @@ void describe(QCommandLineParser& parser)
         "end there is one line per unit: its mode, firmware version, whether it is on the bus, "
         "and\n"
         "length and SHA-256 of what its application flash holds.\n\n" +
-        unitOptionHelp() + '\n' + ControlFifo::help());
+        unitOptionHelp() + '\n' + ControlLines::help());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOptions({
         {{"u", "unit"}, "Put a unit on the bus.", "UNIT"},
@@ -48,19 +51,24 @@ void describe(QCommandLineParser& parser)
     parser.addPositionalArgument("command", "What to run.", "-- COMMAND [ARGUMENT]...");
 }
 
+/// Opens the FIFO, into which others write, or makes one. Returns whether it was made.
+bool openFifo(QFile& fifo)
+{
+    const QByteArray name = QFile::encodeName(fifo.fileName());
+    const bool made = mkfifo(name, 0600) == 0;
+    struct stat facts = {};
+    // Both ends, so that it does not end when a writer closes it.
+    if (stat(name, &facts) != 0 || !S_ISFIFO(facts.st_mode) ||
+        !fifo.open(::open(name, O_RDWR | O_NONBLOCK | O_CLOEXEC), QIODevice::ReadOnly,
+                   QFile::AutoCloseHandle))
+        throw std::invalid_argument("not a FIFO that can be read: " + name.toStdString());
+    return made;
+}
+
 void openOutput(QFile& file)
 {
     if (!file.open(QIODevice::WriteOnly))
         throw std::invalid_argument("cannot write " + file.fileName().toStdString());
-}
-
-void finish(QTextStream& stream, const QFile& file)
-{
-    stream.flush();
-    if (stream.status() != QTextStream::Ok || file.error() != QFile::NoError)
-        throw std::runtime_error("cannot write " + (file.fileName().isEmpty()
-                                                        ? "standard error"
-                                                        : file.fileName().toStdString()));
 }
 
 void print(const std::string& text)
@@ -100,26 +108,25 @@ int run(const QCommandLineParser& parser)
     if (parser.isSet("trace"))
         openOutput(trace);
     Bus bus(parser.isSet("kernel") ? std::make_unique<KernelHost>() : VirtualBus::makeHost());
-    std::unique_ptr<ControlFifo> control;
-    if (parser.isSet("control"))
-        control = std::make_unique<ControlFifo>(parser.value("control"), bus, units);
+    ControlLines lines(bus, units);
+    QFile fifo(parser.value("control"));
+    const bool made = parser.isSet("control") && openFifo(fifo);
+    const auto remove = qScopeGuard([&] {
+        if (made)
+            QFile::remove(parser.value("control"));
+    });
+    std::unique_ptr<QSocketNotifier> notifier;
+    if (fifo.isOpen()) {
+        notifier = std::make_unique<QSocketNotifier>(fifo.handle(), QSocketNotifier::Read);
+        QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(),
+                         [&] { lines.feed(fifo.readAll()); });
+    }
     for (const LabelledUnit& unit : units) {
         if (unit.plugged)
             bus.plug(unit.unit);
     }
     const int status = runCommand(parser.positionalArguments());
-    // A command may end while a unit that it has flashed is still on its way back.
-    if (!bus.waitUntilSettled(settleTime))
-        std::cerr << "virtualbus: a unit is still about to leave or return\n";
-    QTextStream reportText(&report);
-    QTextStream traceText(&trace);
-    for (const LabelledUnit& unit : units) {
-        writeReport(reportText, unit, bus.isPlugged(unit.unit));
-        if (trace.isOpen())
-            writeTrace(traceText, unit);
-    }
-    finish(reportText, report);
-    finish(traceText, trace);
+    writeReports(report, trace, bus, units);
     return status;
 }
 

@@ -35,11 +35,12 @@ class VirtualBus(unittest.TestCase):
 
     def test_control_and_signals(self):
         fifo = self.folder / "fifo"
-        process = self.start("--unit=aquen", "--unit=aquen:plugged=no", "--unit=solvar:plugged=no",
-                             "--control", fifo, "--", "sleep", "300")
+        process = self.start("--unit=aquen", "--unit=aquen:plugged=no", "--control", fifo,
+                             "--", "sleep", "300")
         while not fifo.exists():
             self.assertIsNone(process.poll())
-        fifo.write_text("plug aquen#2\nfault aquen stall on=drop\nunplug aquen\nfault aquen boom\n")
+        fifo.write_text("plug aquen#2\nunit solvar:plugged=no\nfault aquen stall on=drop\n"
+                        "unplug aquen\nfault aquen boom\n")
         self.assertIn("unknown action: boom", process.stderr.readline())
         process.terminate()
         status, _, units = self.finish(process)

@@ -19,9 +19,10 @@ ApplicationWindow {
     width: 600
     minimumWidth: 600
     maximumWidth: 600
-    height: _fixedHeight
     minimumHeight: _fixedHeight
     maximumHeight: _fixedHeight
+    // After its bounds: Windows cuts a new height to the bounds that the window has at that moment.
+    height: _fixedHeight
 
     Component.onCompleted: QsLog.FLog.info("main.qml component loaded")
     onClosing: _firmwareUpdateState.stopUpdate()

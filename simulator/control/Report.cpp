@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-#include "virtualbus/Report.h"
+#include "control/Report.h"
 
 #include <QCryptographicHash>
+#include <QTextStream>
+
+#include <iostream>
+#include <stdexcept>
 
 namespace VirtualUnit {
 
@@ -14,8 +18,6 @@ const char* nameOf(Mode mode)
 
 /// By Response::Kind.
 constexpr const char* outcomes[] = {"data", "ack", "STALL", "silence"};
-
-} // namespace
 
 void writeReport(QTextStream& out, const LabelledUnit& unit, bool onBus)
 {
@@ -43,6 +45,35 @@ void writeTrace(QTextStream& out, const LabelledUnit& unit)
                    outcomes[static_cast<int>(entry.outcome)], entry.response.size())
             << '\n';
     }
+}
+
+void finish(QTextStream& stream, const QFile& file)
+{
+    stream.flush();
+    if (stream.status() != QTextStream::Ok || file.error() != QFile::NoError)
+        throw std::runtime_error("cannot write " + (file.fileName().isEmpty()
+                                                        ? "standard error"
+                                                        : file.fileName().toStdString()));
+}
+
+} // namespace
+
+void writeReports(QFile& report, QFile& trace, const Bus& bus,
+                  const std::vector<LabelledUnit>& units)
+{
+    // A program may end while a unit that it has flashed is still on its way back.
+    constexpr milliseconds settleTime(5000);
+    if (!bus.waitUntilSettled(settleTime))
+        std::cerr << "virtualbus: a unit is still about to leave or return\n";
+    QTextStream reportText(&report);
+    QTextStream traceText(&trace);
+    for (const LabelledUnit& unit : units) {
+        writeReport(reportText, unit, bus.isPlugged(unit.unit));
+        if (trace.isOpen())
+            writeTrace(traceText, unit);
+    }
+    finish(reportText, report);
+    finish(traceText, trace);
 }
 
 } // namespace VirtualUnit

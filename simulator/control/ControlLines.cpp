@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-#include "virtualbus/ControlFifo.h"
+#include "control/ControlLines.h"
 
 #include <QMap>
 
 #include <algorithm>
-#include <fcntl.h>
 #include <iostream>
 #include <stdexcept>
-#include <sys/stat.h>
 
 namespace VirtualUnit {
 
@@ -26,10 +24,11 @@ unsigned number(const QString& text)
 
 } // namespace
 
-QString ControlFifo::help()
+QString ControlLines::help()
 {
     return QStringLiteral(
-        "Lines of the control FIFO:\n"
+        "Control lines:\n"
+        "  unit UNIT\n"
         "  plug UNIT | unplug UNIT | replug UNIT [SECONDS]\n"
         "  fault UNIT ACTION [on=REQUEST] [first=N] [times=N|forever] [value=N|forever]\n"
         "    ACTION: stall, silence, short (value: bytes), fail (value: bStatus), leave,\n"
@@ -37,44 +36,27 @@ QString ControlFifo::help()
         "    any, or a name as in the file of --trace.\n");
 }
 
-ControlFifo::ControlFifo(const QString& path, Bus& bus, const std::vector<LabelledUnit>& units)
-    : m_bus(bus)
-    , m_units(units)
+void ControlLines::feed(const QByteArray& bytes)
 {
-    const QByteArray name = QFile::encodeName(path);
-    if (mkfifo(name, 0600) == 0)
-        m_madePath = path;
-    struct stat facts = {};
-    // Both ends, so that it does not end when a writer closes it.
-    if (stat(name, &facts) != 0 || !S_ISFIFO(facts.st_mode) ||
-        !m_fifo.open(::open(name, O_RDWR | O_NONBLOCK | O_CLOEXEC), QIODevice::ReadOnly,
-                     QFile::AutoCloseHandle))
-        throw std::invalid_argument("not a FIFO that can be read: " + name.toStdString());
-    m_notifier = std::make_unique<QSocketNotifier>(m_fifo.handle(), QSocketNotifier::Read);
-    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
-                     [this] { readLines(); });
-}
-
-ControlFifo::~ControlFifo()
-{
-    QFile::remove(m_madePath);
-}
-
-void ControlFifo::readLines()
-{
-    m_pending += m_fifo.readAll();
+    m_pending += bytes;
     for (int end = 0; (end = m_pending.indexOf('\n')) >= 0; m_pending.remove(0, end + 1)) {
         try {
-            perform(QString::fromLocal8Bit(m_pending.left(end)).simplified().split(' '));
+            perform(QString::fromLatin1(m_pending.left(end)).simplified().split(' '));
         } catch (const std::exception& error) {
             std::cerr << "virtualbus: control: " << error.what() << '\n';
         }
     }
 }
 
-void ControlFifo::perform(const QStringList& words)
+void ControlLines::perform(const QStringList& words)
 {
     const QString& verb = words[0];
+    if (verb == QLatin1String("unit")) {
+        m_units.push_back(makeUnit(words.mid(1).join(' '), m_units));
+        if (m_units.back().plugged)
+            m_bus.plug(m_units.back().unit);
+        return;
+    }
     const QString label = words.value(1);
     const auto found = std::find_if(m_units.begin(), m_units.end(),
                                     [&label](const auto& unit) { return unit.label == label; });
@@ -98,7 +80,7 @@ void ControlFifo::perform(const QStringList& words)
     }
 }
 
-Fault ControlFifo::fault(const QStringList& words)
+Fault ControlLines::fault(const QStringList& words)
 {
     using Action = Fault::Action;
     static const QMap<QString, Action> actions = {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-#include "virtualbus/UnitOption.h"
+#include "control/UnitOption.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -13,7 +13,7 @@ namespace {
 
 std::string serialName(const QString& text)
 {
-    std::string name = text.toLocal8Bit().toStdString();
+    std::string name = text.toLatin1().toStdString();
     if (name.size() > MaximumSerialNameLength)
         throw std::invalid_argument("a serial name has at most 32 bytes: " + name);
     return name;
