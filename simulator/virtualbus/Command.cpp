@@ -63,7 +63,7 @@ int runCommand(const QStringList& command)
     Child child;
     QEventLoop loop;
     const QSocketNotifier notifier(signalFile.handle(), QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated,
+    QObject::connect(&notifier, &QSocketNotifier::activated, &child,
                      [&] { passOn(signalFile, child.processId()); });
     QObject::connect(&child, &QProcess::stateChanged, &loop, [&loop](QProcess::ProcessState state) {
         if (state == QProcess::NotRunning)
