@@ -57,7 +57,7 @@ void Bus::add(Slot& slot)
               });
     };
     slot.unit->arrive();
-    slot.address = m_host->add(slot.port, slot.unit, onDeparture);
+    m_host->add(slot.port, slot.unit, onDeparture);
     slot.present = true;
 }
 
@@ -66,7 +66,6 @@ void Bus::remove(Slot& slot, Unit::Reason reason)
     ++slot.generation;
     m_host->remove(slot.port);
     slot.present = false;
-    slot.address = {};
     slot.unit->leave(reason);
 }
 
@@ -134,13 +133,6 @@ bool Bus::waitUntilSettled(milliseconds timeout) const
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     return m_changed.wait_for(lock, timeout, [this] { return m_inTransit == 0; });
-}
-
-Address Bus::address(const P_Unit& unit) const
-{
-    const Lock lock(m_mutex);
-    const Slot* slot = find(unit);
-    return slot == nullptr ? Address{} : slot->address;
 }
 
 } // namespace VirtualUnit

@@ -36,9 +36,6 @@ public:
     /// @p timeout.
     bool waitUntilSettled(milliseconds timeout) const;
 
-    /// The unit's place; zeros while it is off the bus, and where the bus does not know it.
-    Address address(const P_Unit& unit) const;
-
 private:
     /// A unit that was ever plugged in; it keeps its port. Slots are never removed.
     struct Slot
@@ -46,7 +43,6 @@ private:
         P_Unit unit;
         unsigned port = 0;
         bool present = false;
-        Address address;
         unsigned generation = 0; ///< changes with every arrival and removal: outdates plans
     };
 

@@ -5,14 +5,13 @@
 
 using namespace VirtualUnit;
 
-Address Host::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
+void Host::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
 {
     Lock lock(mutex);
     const auto address = static_cast<std::uint8_t>(devices.size() % 127 + 1);
     devices.push_back({unit, std::uint8_t(port), address, onDeparture, unit->descriptors()});
     lock.unlock();
     notify(devices.back(), true);
-    return {1, address};
 }
 
 void Host::remove(unsigned port)

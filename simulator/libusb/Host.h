@@ -44,7 +44,7 @@ public:
     using Transfers = std::map<libusb_transfer*, Clock::time_point>;
 
     unsigned ports() const override { return 50; }
-    Address add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
+    void add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
     void remove(unsigned port) override;
 
     /// Ends a transfer now and without data, unless it is due already.

@@ -111,11 +111,6 @@ void Testbed::addFromString(const std::string& description)
     throwUnless(ok, "cannot add a device", error);
 }
 
-unsigned Testbed::ports() const
-{
-    return 50; // a client can have that many nodes open
-}
-
 std::uint8_t Testbed::nextDeviceNumber()
 {
     constexpr std::uint8_t last = 127;
@@ -129,7 +124,7 @@ std::uint8_t Testbed::nextDeviceNumber()
     return m_lastDevice;
 }
 
-Address Testbed::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
+void Testbed::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
 {
     Attachment attachment;
     attachment.device = nextDeviceNumber();
@@ -148,9 +143,7 @@ Address Testbed::add(unsigned port, const P_Unit& unit, const OnDeparture& onDep
         umockdev_testbed_detach_ioctl(m_testbed.get(), node.c_str(), nullptr);
         throw;
     }
-    const Address address{BusNumber, attachment.device};
     m_attached[port] = std::move(attachment);
-    return address;
 }
 
 void Testbed::remove(unsigned port)

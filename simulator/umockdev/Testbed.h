@@ -19,8 +19,8 @@ public:
     /// Clients that still have a node open get ENODEV from then on.
     ~Testbed() override;
 
-    unsigned ports() const override;
-    Address add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
+    unsigned ports() const override { return 50; } // a client can have that many nodes open
+    void add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
     void remove(unsigned port) override;
 
 private:

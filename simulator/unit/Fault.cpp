@@ -7,11 +7,6 @@
 
 namespace VirtualUnit {
 
-Fault Fault::at(unsigned number, Action action, unsigned value)
-{
-    return on("any", action, value, number);
-}
-
 Fault Fault::on(const std::string& name, Action action, unsigned value, unsigned first)
 {
     if (!isRequestName(name))

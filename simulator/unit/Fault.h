@@ -33,9 +33,6 @@ struct Fault
     /// Called when it happens, under the unit's lock: must not call the unit.
     std::function<void()> onStrike = {};
 
-    /// At the @p number-th control request of any kind.
-    static Fault at(unsigned number, Action action, unsigned value = 0);
-
     /// At the @p first-th request of that name. Throws std::invalid_argument when no request has
     /// it: such a fault would never happen.
     static Fault on(const std::string& name, Action action, unsigned value = 0, unsigned first = 1);

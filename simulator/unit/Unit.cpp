@@ -21,7 +21,7 @@ Unit::Unit(const UnitSetup& setup, Now now)
 
 Response Unit::respond(const SetupPacket& setup, const Bytes& data)
 {
-    if (setup.isStandard())
+    if (setup.type() == SetupPacket::Standard)
         return m_standard.handle(setup);
     if (m_identity.mode == Mode::Bootloader)
         return m_bootloader.handle(setup, data, m_now());

@@ -47,11 +47,6 @@ KernelHost::KernelHost()
         m_ports.push_back(number);
 }
 
-unsigned KernelHost::ports() const
-{
-    return static_cast<unsigned>(m_ports.size());
-}
-
 bool KernelHost::waitUntilFree(unsigned port) const
 {
     // The driver needs a moment to release a unit that left.
@@ -72,7 +67,7 @@ void KernelHost::attach(unsigned port, int socket) const
         throw std::system_error(errno, std::generic_category(), "the kernel refuses a unit");
 }
 
-Address KernelHost::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
+void KernelHost::add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture)
 {
     if (!waitUntilFree(port))
         throw std::runtime_error("port " + std::to_string(port) + " is in use");
@@ -88,7 +83,6 @@ Address KernelHost::add(unsigned port, const P_Unit& unit, const OnDeparture& on
     }
     ::close(ends[1]); // the driver has its own reference
     m_attached[port] = std::move(connection);
-    return {};
 }
 
 void KernelHost::remove(unsigned port)

@@ -18,8 +18,8 @@ public:
     KernelHost();
 
     /// Those of the first controller for units of full speed.
-    unsigned ports() const override;
-    Address add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
+    unsigned ports() const override { return static_cast<unsigned>(m_ports.size()); }
+    void add(unsigned port, const P_Unit& unit, const OnDeparture& onDeparture) override;
     void remove(unsigned port) override;
 
 private:

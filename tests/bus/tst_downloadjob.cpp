@@ -84,7 +84,7 @@ QString tst_downloadjob::run(const QByteArray& image, const QSharedPointer<DfuDe
     DFUDownloadJob job(image, device, imageSizeBound);
     const JobRecorder recorder(job);
     if (stopAt > 0) {
-        Fault stop = Fault::at(unsigned(stopAt), Fault::Action::Delay);
+        Fault stop = Fault::on("any", Fault::Action::Delay, 0, unsigned(stopAt));
         stop.onStrike = [&job] {
             job.requestStop();
         };

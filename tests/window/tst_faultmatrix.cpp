@@ -83,9 +83,9 @@ std::vector<Fault> faultAt(unsigned request, Action action)
                            : action == Action::StayBusy    ? 5
                            : action == Action::ShortAnswer ? 1
                                                            : 0;
-    std::vector<Fault> faults = {Fault::at(request, action, value)};
+    std::vector<Fault> faults = {Fault::on("any", action, value, request)};
     if (action == Action::LeaveBus)
-        faults.insert(faults.begin(), Fault::at(request, Action::NeverReturn));
+        faults.insert(faults.begin(), Fault::on("any", Action::NeverReturn, 0, request));
     return faults;
 }
 
