@@ -8,7 +8,7 @@ namespace VirtualUnit {
 /// A USB bus of this process and the children that it starts: while it exists, they see this bus
 /// only below /sys and /dev, so that the real libusb finds the units. Needs no rights.
 ///
-/// The process has to run with umockdev's library preloaded (see available()). One bus at a time.
+/// The process has to run with umockdev's library preloaded (see ensurePreload()). One bus at a time.
 /// Limits: hosts can miss an arrival or an absence shorter than 100 ms. Destruction takes 200 ms if
 /// clients have a unit open.
 class VirtualBus : public Bus
@@ -21,8 +21,10 @@ public:
     /// The host alone. Throws as the constructor does.
     static std::unique_ptr<BusHost> makeHost();
 
-    /// Whether the library is preloaded into this process.
-    static bool available();
+    /// Restarts the program with the library preloaded (then this does not return) unless it is.
+    /// Throws std::runtime_error when it cannot be loaded; going on would let the program and its
+    /// children reach the machine's real bus.
+    static void ensurePreload(char** arguments);
 };
 
 } // namespace VirtualUnit

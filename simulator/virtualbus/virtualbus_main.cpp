@@ -5,7 +5,6 @@
 #include "unit/FirmwareImage.h"
 #include "usbip/KernelHost.h"
 #include "virtualbus/Command.h"
-#include "virtualbus/Preload.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -28,12 +27,10 @@ constexpr int exitCannotRun = 127;
 void describe(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(
-        "Runs a command with virtual units, and nothing else, on its USB bus. The exit status is\n"
-        "the command's; 2 for wrong arguments, 127 when it cannot be run or output is lost. At "
-        "the\n"
-        "end there is one line per unit: its mode, firmware version, whether it is on the bus, "
-        "and\n"
-        "length and SHA-256 of what its application flash holds.\n\n" +
+        "Runs a command with virtual units, and nothing else, on its USB bus. The exit\n"
+        "status is the command's; 2 for wrong arguments, 127 when it cannot be run or output\n"
+        "is lost. At the end there is one line per unit: its mode, firmware version, whether\n"
+        "it is on the bus, and length and SHA-256 of what its application flash holds.\n\n" +
         unitOptionHelp() + '\n' + ControlLines::help());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOptions({
@@ -158,7 +155,7 @@ int main(int argc, char** argv)
         if (parser.positionalArguments().isEmpty())
             throw std::invalid_argument("no command to run");
         if (!parser.isSet("kernel"))
-            ensurePreload(argv);
+            VirtualBus::ensurePreload(argv);
         return run(parser);
     } catch (const std::invalid_argument& error) {
         std::cerr << "virtualbus: " << error.what() << "\n\n" << parser.helpText().toStdString();
