@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import signal
+import sys
 import tempfile
 import time
 import unittest
@@ -63,6 +64,11 @@ ROWS = {
     "at the end": ((OLD,), "finish", "update --timeout 3", 1, "-1.3.1", GONE),
 }
 
+# Not a shell: with ThreadSanitizer's runtime preloaded it crashes.
+SHOW_ENVIRONMENT = """import json, os, time
+print(json.dumps(dict(os.environ)), flush=True)
+time.sleep(600)"""
+
 
 class Bus:
     """A virtual bus whose environment is passed to commands."""
@@ -75,10 +81,9 @@ class Bus:
         self.order(lines)
         options = [f"--unit={unit}" for unit in units]
         self.host = Popen([VIRTUALBUS, *options, "--report", self.folder / "report", "--control",
-                           self.folder / "fifo", "--", "sh", "-c", "env -0; echo; exec sleep 600"],
+                           self.folder / "fifo", "--", sys.executable, "-c", SHOW_ENVIRONMENT],
                          stdout=PIPE, stderr=DEVNULL, env={**os.environ, "HOME": self.folder})
-        words = self.host.stdout.readline()[:-2].decode().split("\0")
-        self.environment = dict(word.split("=", 1) for word in words)
+        self.environment = json.loads(self.host.stdout.readline())
 
     def __enter__(self):
         return self
@@ -172,7 +177,7 @@ class CommandLine(unittest.TestCase):
         # Of two clients whose hot-plug socket has the same number only the later one hears of changes.
         with Bus((OLD, OLD, "solvar")) as bus:
             both = [bus.cli("update", "1-1"), bus.start(
-                "sh", "-c", f"exec {CLI} update 1-2 --firmware . 3</dev/null")]
+                CLI, "update", "1-2", "--firmware", ".", pass_fds=[bus.control])]
             for process in both:
                 self.assertIn("updated", process.communicate(timeout=PATIENCE)[0])
             holder = bus.start("python3", "-c", HOLD_SOLVAR, stdin=PIPE)
