@@ -46,6 +46,7 @@ ROWS = {
     "fails": ((OLD,), "fault aquen fail on=erase value=4", "update", 1, "-1.2.0", MOVED),
     "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 3", 1, "-", MOVED),
     "usage": ((OLD,), "", "update --wait 3", 2, "1.2.0", "update does not take --wait."),
+    "usage, empty": ((OLD,), "", "update --bundle=", 2, "1.2.0", "--bundle is empty."),
     "usage, two": ((), "", "update --bundle a --firmware b", 2, "", "exclude each other"),
     "unknown": ((OLD,), "", "update Nobody", 3, "1.2.0", 'No unit "Nobody"'),
     "none attached": ((), "", "list --wait 0.3", 3, "", "No unit is attached."),
