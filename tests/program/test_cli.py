@@ -52,6 +52,7 @@ ROWS = {
     "none attached": ((), "", "list --wait 0.3", 3, "", "No unit is attached."),
     "no firmware": ((OLD,), "", "update --firmware empty", 4, "1.2.0", "no valid aquen-v*.tarnware"),
     "other kind": ((OLD,), "", "update aquen --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
+    "for no unit": ((OLD,), "", "update --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
     "damaged firmware": ((OLD,), "", "update aquen --bundle aquen-v0.tarnware", 4, "1.2.0", "magic"),
     "unreadable": ((OLD,), "fault aquen stall on=version times=9", "update", 5, "1.2.0", "version"),
     "several of a kind": ((OLD, OLD), "", "update aquen", 6, "1.2.0 1.2.0", "Several units match"),

@@ -128,6 +128,8 @@ void Session::beginUpdates()
     const auto isOther = [&](const AttachedUnit& unit) {
         return words.isEmpty() && !m_firmware.isFor(*unit.kind);
     };
+    if (!attached.isEmpty() && std::all_of(attached.begin(), attached.end(), isOther))
+        return fail(Status::NoFirmware, m_firmware.find(*attached.first().kind).fault);
     attached.erase(std::remove_if(attached.begin(), attached.end(), isOther), attached.end());
     // If all are named by their ports, only these are opened: other copies may use the others.
     QStringList names = words;
