@@ -42,7 +42,8 @@ QString lineOf(const AttachedUnit& unit, const QString& firmware, const QString&
 {
     return QStringList{unit.port.leftJustified(8), QString(unit.kind->name).leftJustified(12),
                        unit.name.leftJustified(20), firmware.leftJustified(8), state}
-        .join(' ');
+        .join(' ')
+        .replace('\n', '?'); // a unit's name must not forge a line
 }
 
 } // namespace
@@ -209,7 +210,7 @@ void Session::conclude(const AttachedUnit& unit, Status status, const QString& a
                       {"message", message}},
                      status == Status::Done ? line : QString());
     if (status != Status::Done)
-        m_reporter.error(int(status), line);
+        m_reporter.error(int(status), line.simplified());
     QTimer::singleShot(0, this, &Session::updateNext);
 }
 
