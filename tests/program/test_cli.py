@@ -44,7 +44,7 @@ ROWS = {
     "returns to its bootloader": ((OLD,), "", "update --firmware broken", 1, "-", "did not accept"),
     "refused": ((OLD,), "fault aquen stall on=drop", "update", 1, "1.2.0", "runs its application"),
     "fails": ((OLD,), "fault aquen fail on=erase value=4", "update", 1, "-1.2.0", MOVED),
-    "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 3", 1, "-", MOVED),
+    "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 2.5", 1, "-", "2.5 s. It waits"),
     "usage": ((OLD,), "", "update --wait 3", 2, "1.2.0", "update does not take --wait."),
     "usage, empty": ((OLD,), "", "update --bundle=", 2, "1.2.0", "--bundle is empty."),
     "usage, two": ((), "", "update --bundle a --firmware b", 2, "", "exclude each other"),
