@@ -46,7 +46,7 @@ ROWS = {
     "fails": ((OLD,), "fault aquen fail on=erase value=4", "update", 1, "-1.2.0", MOVED),
     "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 2.5", 1, "-", "2.5 s. It waits"),
     "usage": ((OLD,), "", "update --wait 3", 2, "1.2.0", "update does not take --wait."),
-    "usage, empty": ((OLD,), "", "update --bundle=", 2, "1.2.0", "--bundle is empty."),
+    "usage, empty": ((OLD,), "", "update --bundle=", 2, "1.2.0", "folder is empty."),
     "usage, two": ((), "", "update --bundle a --firmware b", 2, "", "exclude each other"),
     "unknown": ((OLD,), "", "update Nobody", 3, "1.2.0", 'No unit "Nobody"'),
     "none attached": ((), "", "list --wait 0.3", 3, "", "No unit is attached."),
@@ -179,10 +179,13 @@ class CommandLine(unittest.TestCase):
                 self.assertIn("updated", process.communicate(timeout=PATIENCE)[0])
             holder = bus.start("python3", "-c", HOLD_SOLVAR, stdin=PIPE)
             self.assertEqual(holder.stdout.readline(), "0\n")
+            log, = bus.folder.rglob("*.log")
+            log.with_suffix(".log.old").write_text("WARN before\n")
             for command, status, text in (
                     ("update solvar", 5, "In use: close"), ("update Nobody", 5, "In use: close"),
                     ("update 1-1", 0, "up to date"),
-                    ("doctor", 0, r"aquen-v0.tarnware: .*magic(.|\n)*ERROR .*_BUSY(.|\n)*In use:")):
+                    ("doctor --firmware empty", 0, r"no valid aquen-v\*(.|\n)*no valid solvar-v\*"),
+                    ("doctor", 0, r"aquen-v0.tarnware: .*magic(.|\n)*WARN before\nERROR .*_BUSY(.|\n)*In use:")):
                 process = bus.cli(*command.split())
                 output = "".join(process.communicate(timeout=PATIENCE))
                 self.assertEqual(process.returncode, status, output)

@@ -65,7 +65,7 @@ void Session::start()
         usbFault = exception.message();
     }
     if (m_commandLine.command() == "doctor") {
-        m_reporter.event("doctor", {}, examine(m_firmware.folder(), usbFault).join('\n'));
+        m_reporter.event("doctor", {}, examine(m_firmware, usbFault).join('\n'));
         return QCoreApplication::exit(int(Status::Done));
     }
     if (!usbFault.isEmpty())
