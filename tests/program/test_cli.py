@@ -54,6 +54,7 @@ ROWS = {
     "other kind": ((OLD,), "", "update aquen --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
     "for no unit": ((OLD,), "", "update --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
     "damaged firmware": ((OLD,), "", "update aquen --bundle aquen-v0.tarnware", 4, "1.2.0", "magic"),
+    "deaf": ((OLD,), "fault aquen stall on=version times=9", "doctor", 0, "1.2.0", "1-1: The unit did not"),
     "unreadable": ((OLD,), "fault aquen stall on=version times=9", "update", 5, "1.2.0", "version"),
     "several of a kind": ((OLD, OLD), "", "update aquen", 6, "1.2.0 1.2.0", "Several units match"),
     "several": ((OLD, "solvar-dfu"), "", "update", 6, "1.2.0 -", "Several units match"),
@@ -182,10 +183,10 @@ class CommandLine(unittest.TestCase):
             log, = bus.folder.rglob("*.log")
             log.with_suffix(".log.old").write_text("WARN before\n")
             for command, status, text in (
+                    ("doctor", 0, r"v0.tarnware: .*magic(.|\n)*WARN before(.|\n)*ERROR .*_BUSY(.|\n)*In use:"),
                     ("update solvar", 5, "In use: close"), ("update Nobody", 5, "In use: close"),
                     ("update 1-1", 0, "up to date"),
-                    ("doctor --firmware empty", 0, r"no valid aquen-v\*(.|\n)*no valid solvar-v\*"),
-                    ("doctor", 0, r"aquen-v0.tarnware: .*magic(.|\n)*WARN before\nERROR .*_BUSY(.|\n)*In use:")):
+                    ("doctor --firmware empty", 0, r"no valid aquen-v\*(.|\n)*no valid solvar-v\*")):
                 process = bus.cli(*command.split())
                 output = "".join(process.communicate(timeout=PATIENCE))
                 self.assertEqual(process.returncode, status, output)

@@ -50,18 +50,19 @@ void addBundles(QStringList& report, QStringList& problems, const QString& folde
 
 void addUnits(QStringList& report, QStringList& problems, const FirmwareChoice& firmware)
 {
-    const QList<Device::AttachedUnit> units = Device::attachedUnits();
-    for (const Device::AttachedUnit& unit : units) {
-        QString state = "can be opened";
+    QList<Device::AttachedUnit> units = Device::attachedUnits();
+    for (Device::AttachedUnit& unit : units) {
         try {
-            USB::USBDevice device(unit.record, 1, 0);
-            device.init();
-            device.close();
+            unit.read();
+            if (unit.kind->dfu)
+                USB::USBDevice(unit.record, 1, 0).init();
         } catch (const USB::USBException& exception) {
-            state = exception.message();
-            problems << unit.port + ": " + Device::remedyFor(exception);
+            unit.error = exception;
         }
-        report << QStringLiteral("unit:     %1 %2: %3").arg(unit.port, unit.kind->name, state);
+        report << QStringLiteral("unit:     %1 %2: ").arg(unit.port, unit.kind->name) +
+                      (unit.error ? unit.error->message() : "can be opened");
+        if (unit.error)
+            problems << unit.port + ": " + Device::remedyFor(*unit.error);
         const QString fault = firmware.find(*unit.kind).fault;
         if (!fault.isEmpty())
             problems << fault + " Add valid firmware.";
