@@ -19,7 +19,8 @@ public:
 std::shared_ptr<DebugOutputDestination> debugOutputDestination();
 
 /// Makes a channel without a reader discard what is written to it. Without this call, on systems
-/// with SIGPIPE, a closed pipe behind standard error ends the process. Call once, first in main().
+/// with SIGPIPE, a closed pipe behind standard error ends the process, and standard streams that
+/// are closed at its start lead into files that it opens. Call once, first in main().
 void surviveClosedDebugOutput();
 
 } // namespace QsLogging

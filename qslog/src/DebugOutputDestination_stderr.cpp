@@ -3,6 +3,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace QsLogging {
 
@@ -22,6 +24,13 @@ std::shared_ptr<DebugOutputDestination> debugOutputDestination()
 void surviveClosedDebugOutput()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    // The next file or socket gets the lowest free descriptor. A directory can neither be read nor
+    // written, like a closed stream.
+    int lowest = ::open("/", O_RDONLY);
+    while (lowest >= 0 && lowest <= STDERR_FILENO)
+        lowest = ::open("/", O_RDONLY);
+    if (lowest > STDERR_FILENO)
+        ::close(lowest);
 }
 
 } // namespace QsLogging

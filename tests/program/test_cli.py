@@ -45,14 +45,17 @@ ROWS = {
     "returns to its bootloader": ((OLD,), "", "update --firmware broken", 1, "-", "did not accept"),
     "refused": ((OLD,), "fault aquen stall on=drop", "update", 1, "1.2.0", "runs its application"),
     "fails": ((OLD,), "fault aquen fail on=erase value=4", "update", 1, "-1.2.0", MOVED),
-    "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 3", 1, "-", MOVED),
+    "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 2.5", 1, "-", "2.5 s. It waits"),
     "usage": ((OLD,), "", "update --wait 3", 2, "1.2.0", "update does not take --wait."),
+    "usage, empty": ((OLD,), "", "update --bundle=", 2, "1.2.0", "folder is empty."),
     "usage, two": ((), "", "update --bundle a --firmware b", 2, "", "exclude each other"),
     "unknown": ((OLD,), "", "update Nobody", 3, "1.2.0", 'No unit "Nobody"'),
     "none attached": ((), "", "list --wait 0.3", 3, "", "No unit is attached."),
     "no firmware": ((OLD,), "", "update --firmware empty", 4, "1.2.0", "no valid aquen-v*.tarnware"),
     "other kind": ((OLD,), "", "update aquen --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
+    "for no unit": ((OLD,), "", "update --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
     "damaged firmware": ((OLD,), "", "update aquen --bundle aquen-v0.tarnware", 4, "1.2.0", "magic"),
+    "deaf": ((OLD,), "fault aquen stall on=version times=9", "doctor", 0, "1.2.0", "1-1: The unit did not"),
     "unreadable": ((OLD,), "fault aquen stall on=version times=9", "update", 5, "1.2.0", "version"),
     "several of a kind": ((OLD, OLD), "", "update aquen", 6, "1.2.0 1.2.0", "Several units match"),
     "several": ((OLD, "solvar-dfu"), "", "update", 6, "1.2.0 -", "Several units match"),
@@ -182,10 +185,13 @@ class CommandLine(unittest.TestCase):
                 self.assertIn("updated", process.communicate(timeout=PATIENCE)[0])
             holder = bus.start("python3", "-c", HOLD_SOLVAR, stdin=PIPE)
             self.assertEqual(holder.stdout.readline(), "0\n")
+            log, = bus.folder.rglob("*.log")
+            log.with_suffix(".log.old").write_text("WARN before\n")
             for command, status, text in (
+                    ("doctor", 0, r"v0.tarnware: .*magic(.|\n)*WARN before(.|\n)*ERROR .*_BUSY(.|\n)*In use:"),
                     ("update solvar", 5, "In use: close"), ("update Nobody", 5, "In use: close"),
                     ("update 1-1", 0, "up to date"),
-                    ("doctor", 0, r"aquen-v0.tarnware: .*magic(.|\n)*ERROR .*_BUSY(.|\n)*In use:")):
+                    ("doctor --firmware empty", 0, r"no valid aquen-v\*(.|\n)*no valid solvar-v\*")):
                 process = bus.cli(*command.split())
                 output = "".join(process.communicate(timeout=PATIENCE))
                 self.assertEqual(process.returncode, status, output)
@@ -193,7 +199,7 @@ class CommandLine(unittest.TestCase):
             holder.communicate("\n")
 
     def test_watch_and_list(self):
-        with Bus((OLD, "solvar:plugged=no:serial=\x1b[2J")) as bus:
+        with Bus((OLD, "solvar:plugged=no:serial=\n\x1b[2J")) as bus:
             process = bus.cli("watch", "--json")
             head = process.stdout.readline()
             for line in ("plug solvar", "unplug aquen"):
@@ -203,7 +209,11 @@ class CommandLine(unittest.TestCase):
             tail, _ = process.communicate(timeout=PATIENCE)
             seen = " ".join(event["event"] + event["port"] for event in events(head + tail))
             self.assertEqual((process.returncode, seen), (130, "attached1-1 attached1-2 removed1-1"))
-            self.assertIn("?[2J", bus.cli("list").communicate(timeout=PATIENCE)[0])
+            self.assertIn("??[2J", bus.cli("list").communicate(timeout=PATIENCE)[0])
+            closed = bus.start("sh", "-c", f"exec {CLI} list <&- >&- 2>&-")
+            self.assertEqual(closed.wait(PATIENCE), 0)
+            log, = bus.folder.rglob("*.log")
+            self.assertNotRegex(log.read_text(), "(?m)^1-2")
 
 
 def make_firmware(folder):

@@ -63,6 +63,10 @@ QString CommandLine::parse(const QStringList& arguments)
     }
     if (command() != "update" && !units().isEmpty())
         return QStringLiteral("%1 takes no unit.").arg(command());
+    // An unset variable of a script would otherwise select all bootloaders or the program's
+    // bundles.
+    if ((units() + m_parser.values("bundle") + m_parser.values("firmware")).contains(QString()))
+        return "The name of a unit, file or folder is empty.";
     if (isSet("bundle") && isSet("firmware"))
         return "--bundle and --firmware exclude each other.";
     for (const char* option : {"wait", "timeout"}) {

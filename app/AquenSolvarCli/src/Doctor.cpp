@@ -7,9 +7,9 @@
 #include "USB/USBDevice.h"
 #include "devices/AttachedUnit.h"
 #include "firmware/FirmwareBundle.h"
+#include "qslog/LogFailures.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QSysInfo>
 
 namespace AquenSolvar::Cli {
@@ -48,20 +48,24 @@ void addBundles(QStringList& report, QStringList& problems, const QString& folde
         problems << "There is no firmware: put bundles into " + folder;
 }
 
-void addUnits(QStringList& report, QStringList& problems)
+void addUnits(QStringList& report, QStringList& problems, const FirmwareChoice& firmware)
 {
-    const QList<Device::AttachedUnit> units = Device::attachedUnits();
-    for (const Device::AttachedUnit& unit : units) {
-        QString state = "can be opened";
+    QList<Device::AttachedUnit> units = Device::attachedUnits();
+    for (Device::AttachedUnit& unit : units) {
         try {
-            USB::USBDevice device(unit.record, 1, 0);
-            device.init();
-            device.close();
+            unit.read();
+            if (unit.kind->dfu)
+                USB::USBDevice(unit.record, 1, 0).init();
         } catch (const USB::USBException& exception) {
-            state = exception.message();
-            problems << unit.port + ": " + Device::remedyFor(exception);
+            unit.error = exception;
         }
-        report << QStringLiteral("unit:     %1 %2: %3").arg(unit.port, unit.kind->name, state);
+        report << QStringLiteral("unit:     %1 %2: ").arg(unit.port, unit.kind->name) +
+                      (unit.error ? unit.error->message() : "can be opened");
+        if (unit.error)
+            problems << unit.port + ": " + Device::remedyFor(*unit.error);
+        const QString fault = firmware.find(*unit.kind).fault;
+        if (!fault.isEmpty())
+            problems << fault + " Add valid firmware.";
     }
     if (units.isEmpty())
         problems << "No unit is on the bus: switch it on, try another cable and port.";
@@ -69,7 +73,7 @@ void addUnits(QStringList& report, QStringList& problems)
 
 } // namespace
 
-QStringList examine(const QString& firmwareFolder, const QString& usbFault)
+QStringList examine(const FirmwareChoice& firmware, const QString& usbFault)
 {
     const QString logs = Common::Paths::logDirectory();
     const QString log = QDir(logs).filePath("AquenSolvarUpdater.log");
@@ -77,14 +81,16 @@ QStringList examine(const QString& firmwareFolder, const QString& usbFault)
     QStringList problems;
     addVersions(report, log);
     report << "settings: " + Common::Paths::userSettingsDirectory() << "log:      " + logs
-           << "firmware: " + firmwareFolder;
-    if (!QFileInfo(logs).isWritable())
-        problems << "The log cannot be written: make this folder writable: " + logs;
-    addBundles(report, problems, firmwareFolder);
+           << "firmware: " + firmware.folder();
+    if (QsLogging::LogFailures::instance().any())
+        problems
+            << "The log cannot be written: free some space, or make its folder and files yours.";
+    addBundles(report, problems, firmware.folder());
     if (usbFault.isEmpty())
-        addUnits(report, problems);
+        addUnits(report, problems, firmware);
     else
         problems << usbFault + ": restart the computer.";
+    problems.removeDuplicates();
     report << "last warnings and errors:" << Common::lastLogLines(log, "^ *(WARN|ERROR|FATAL) ", 20)
            << "problems:" << (problems.isEmpty() ? QStringList("  none") : problems);
     return report;

@@ -42,7 +42,8 @@ QString lineOf(const AttachedUnit& unit, const QString& firmware, const QString&
 {
     return QStringList{unit.port.leftJustified(8), QString(unit.kind->name).leftJustified(12),
                        unit.name.leftJustified(20), firmware.leftJustified(8), state}
-        .join(' ');
+        .join(' ')
+        .replace('\n', '?'); // a unit's name must not forge a line
 }
 
 } // namespace
@@ -64,7 +65,7 @@ void Session::start()
         usbFault = exception.message();
     }
     if (m_commandLine.command() == "doctor") {
-        m_reporter.event("doctor", {}, examine(m_firmware.folder(), usbFault).join('\n'));
+        m_reporter.event("doctor", {}, examine(m_firmware, usbFault).join('\n'));
         return QCoreApplication::exit(int(Status::Done));
     }
     if (!usbFault.isEmpty())
@@ -128,6 +129,8 @@ void Session::beginUpdates()
     const auto isOther = [&](const AttachedUnit& unit) {
         return words.isEmpty() && !m_firmware.isFor(*unit.kind);
     };
+    if (!attached.isEmpty() && std::all_of(attached.begin(), attached.end(), isOther))
+        return fail(Status::NoFirmware, m_firmware.find(*attached.first().kind).fault);
     attached.erase(std::remove_if(attached.begin(), attached.end(), isOther), attached.end());
     // If all are named by their ports, only these are opened: other copies may use the others.
     QStringList names = words;
@@ -207,7 +210,7 @@ void Session::conclude(const AttachedUnit& unit, Status status, const QString& a
                       {"message", message}},
                      status == Status::Done ? line : QString());
     if (status != Status::Done)
-        m_reporter.error(int(status), line);
+        m_reporter.error(int(status), line.simplified());
     QTimer::singleShot(0, this, &Session::updateNext);
 }
 

@@ -95,7 +95,7 @@
     <message>
         <source>Could not open %1</source>
         <extracomment>Message box: no program shows it, or it is missing. %1 is the path of a file or folder.</extracomment>
-        <translation>Impossible d&apos;ouvrir %1</translation>
+        <translation>Impossible d’ouvrir %1</translation>
     </message>
 </context>
 <context>
@@ -307,7 +307,7 @@
     <message>
         <source>User&apos;s guide</source>
         <extracomment>Menu of the bottom bar (30 letters; CJK 15): opens the user&apos;s guide.</extracomment>
-        <translation>Guide de l&apos;utilisateur</translation>
+        <translation>Guide de l’utilisateur</translation>
     </message>
     <message>
         <source>Folder of the log</source>

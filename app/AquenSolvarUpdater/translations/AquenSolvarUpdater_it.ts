@@ -307,7 +307,7 @@
     <message>
         <source>User&apos;s guide</source>
         <extracomment>Menu of the bottom bar (30 letters; CJK 15): opens the user&apos;s guide.</extracomment>
-        <translation>Guida per l&apos;utente</translation>
+        <translation>Guida per l’utente</translation>
     </message>
     <message>
         <source>Folder of the log</source>

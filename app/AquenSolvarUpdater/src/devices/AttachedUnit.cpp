@@ -3,6 +3,7 @@
 
 #include "USB/PFlibusb.h"
 #include "devices/AquenSolvarDevice.h"
+#include "devices/OpenFailure.h"
 
 #include <QThread>
 
@@ -46,7 +47,7 @@ void AttachedUnit::read()
             return;
         } catch (const USB::USBException& exception) {
             error = exception;
-            if (exception.errorCode() != LIBUSB_ERROR_BUSY || attempt == tries)
+            if (openFailureOf(exception.errorCode()) != OpenFailure::InUse || attempt == tries)
                 return;
         }
         QThread::msleep(retryMs);
@@ -75,14 +76,13 @@ QList<AttachedUnit> attachedUnits()
 
 QString remedyFor(const USB::USBException& error)
 {
-    switch (error.errorCode()) {
-    case LIBUSB_ERROR_ACCESS:
+    switch (openFailureOf(error.errorCode())) {
+    case OpenFailure::NoPermission:
         return QStringLiteral("No permission: install the udev rule of the package and plug the "
                               "unit in again; in a remote session join the group plugdev.");
-    case LIBUSB_ERROR_BUSY:
+    case OpenFailure::InUse:
         return QStringLiteral("In use: close the other program or copy that uses the unit.");
-    case LIBUSB_ERROR_NOT_FOUND:
-    case LIBUSB_ERROR_NOT_SUPPORTED:
+    case OpenFailure::NoDriver:
         return QStringLiteral("No driver: assign the WinUSB driver to the unit, once in normal "
                               "operation and once in its bootloader.");
     default:

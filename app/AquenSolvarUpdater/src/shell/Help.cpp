@@ -23,7 +23,15 @@ Help::~Help() = default;
 
 void Help::open(const QString& heading)
 {
-    openFile(guideFile(), anchorOf(heading));
+    const QString guide = guideFile();
+    const QString anchor = anchorOf(heading);
+    // Windows, and many a desktop, open a file without its anchor.
+    const QString page = guide.section(QLatin1Char('.'), 0, -2) + QLatin1Char('/') + anchor +
+                         QStringLiteral(".html");
+    if (!anchor.isEmpty() && QFileInfo::exists(page))
+        openFile(page, QString());
+    else
+        openFile(guide, anchor);
 }
 
 void Help::openLogFolder()

@@ -20,7 +20,8 @@ public:
     explicit Help(QObject* parent = nullptr);
     ~Help() override;
 
-    /// Opens the user's guide at a heading.
+    /// Opens the user's guide at a heading: the installed page that leads there, or the guide with
+    /// the heading's anchor.
     /// @param heading the English text of the heading in docs/user-guide.md; empty for the top
     Q_INVOKABLE void open(const QString& heading);
 

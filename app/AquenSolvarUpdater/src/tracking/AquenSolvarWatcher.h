@@ -4,7 +4,7 @@
 #include "USB/LibusbDeviceEnumerator.h"
 #include "USB/LibusbDeviceEnumeratorListener.h"
 #include "devices/I_Device.h"
-#include "tracking/OpenFailure.h"
+#include "devices/OpenFailure.h"
 
 #include <QObject>
 

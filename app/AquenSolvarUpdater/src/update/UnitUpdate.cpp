@@ -110,14 +110,15 @@ void UnitUpdate::poll()
     if (m_limit.count() > 0 && m_total.hasExpired(m_limit.count())) {
         if (m_step == Step::Write)
             m_task->stopUpdate();
-        return fail(
-            QStringLiteral("The update took longer than %1 s.").arg(m_limit.count() / 1000));
+        return fail(QStringLiteral("The update took longer than %1 s.")
+                        .arg(std::chrono::duration<double>(m_limit).count()));
     }
     if (m_step == Step::Write)
         return;
     const std::optional<AttachedUnit> present = unitOnPort(m_unit.port);
     if (present && present->kindWord() != m_unit.kindWord())
-        return fail(QStringLiteral("Another unit was attached to port %1.").arg(m_unit.port));
+        return fail(
+            QStringLiteral("Another unit took the place of this one on port %1.").arg(m_unit.port));
     const bool inBootloader = present && present->kind->dfu;
     if (m_step == Step::Restart && inBootloader)
         write(*present);
@@ -226,14 +227,16 @@ void UnitUpdate::end(Outcome outcome, const QString& message)
 QString UnitUpdate::whereabouts() const
 {
     const std::optional<AttachedUnit> present = unitOnPort(m_unit.port);
-    if (!present)
+    if (!present || present->kindWord() != m_unit.kindWord())
         return m_bootloader.record
                    ? QStringLiteral("It is not attached. Its bootloader is intact: attach it and "
                                     "update again.")
                    : QStringLiteral("It is not attached. Attach it and update again.");
     return present->kind->dfu
                ? QStringLiteral("It waits in its bootloader: update again to resume.")
-               : QStringLiteral("It runs its application firmware.");
+               : QStringLiteral(
+                     "It runs its application firmware and can be used; to retry, switch it "
+                     "off and on and update again.");
 }
 
 } // namespace AquenSolvar

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: LicenseRef-Proprietary
-#include "tracking/OpenFailure.h"
+#include "devices/OpenFailure.h"
 
 #include <libusb.h>
 
