@@ -210,7 +210,7 @@ class CommandLine(unittest.TestCase):
             seen = " ".join(event["event"] + event["port"] for event in events(head + tail))
             self.assertEqual((process.returncode, seen), (130, "attached1-1 attached1-2 removed1-1"))
             self.assertIn("??[2J", bus.cli("list").communicate(timeout=PATIENCE)[0])
-            closed = bus.start("sh", "-c", f"exec {CLI} list <&- >&- 2>&-")
+            closed = bus.start(CLI, "list", preexec_fn=lambda: os.closerange(0, 3))
             self.assertEqual(closed.wait(PATIENCE), 0)
             log, = bus.folder.rglob("*.log")
             self.assertNotRegex(log.read_text(), "(?m)^1-2")

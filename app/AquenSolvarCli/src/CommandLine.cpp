@@ -5,10 +5,10 @@
 
 namespace AquenSolvar::Cli {
 
-namespace {
-
-constexpr char description[] =
-    R"(Lists and updates washing units (Aquen) and curing units (Solvar) on USB.
+CommandLine::CommandLine()
+{
+    m_parser.setApplicationDescription(
+        R"(Lists and updates washing units (Aquen) and curing units (Solvar) on USB.
 
 Commands:
   list    Print the attached units.
@@ -18,13 +18,7 @@ Commands:
   doctor  Print what support needs to know about this computer.
 
 Exit status: 0 done, 1 update failed, 2 wrong usage, 3 no such unit, 4 no valid firmware,
-5 no access to the unit, 6 several units match, 130 interrupted.)";
-
-} // namespace
-
-CommandLine::CommandLine()
-{
-    m_parser.setApplicationDescription(description);
+5 no access to the unit, 6 several units match, 130 interrupted.)");
     m_parser.addOptions({
         {"json", "Print one JSON object for each event."},
         {"quiet", "Print errors only."},
@@ -63,8 +57,7 @@ QString CommandLine::parse(const QStringList& arguments)
     }
     if (command() != "update" && !units().isEmpty())
         return QStringLiteral("%1 takes no unit.").arg(command());
-    // An unset variable of a script would otherwise select all bootloaders or the program's
-    // bundles.
+    // As of an unset variable in a script: it would select more than was meant.
     if ((units() + m_parser.values("bundle") + m_parser.values("firmware")).contains(QString()))
         return "The name of a unit, file or folder is empty.";
     if (isSet("bundle") && isSet("firmware"))

@@ -4,7 +4,6 @@
 #include "Common/BuildVersion.h"
 #include "Common/Logging/LogTail.h"
 #include "Common/Paths.h"
-#include "USB/USBDevice.h"
 #include "devices/AttachedUnit.h"
 #include "firmware/FirmwareBundle.h"
 #include "qslog/LogFailures.h"
@@ -52,13 +51,7 @@ void addUnits(QStringList& report, QStringList& problems, const FirmwareChoice& 
 {
     QList<Device::AttachedUnit> units = Device::attachedUnits();
     for (Device::AttachedUnit& unit : units) {
-        try {
-            unit.read();
-            if (unit.kind->dfu)
-                USB::USBDevice(unit.record, 1, 0).init();
-        } catch (const USB::USBException& exception) {
-            unit.error = exception;
-        }
+        unit.tryOpen();
         report << QStringLiteral("unit:     %1 %2: ").arg(unit.port, unit.kind->name) +
                       (unit.error ? unit.error->message() : "can be opened");
         if (unit.error)
@@ -83,8 +76,7 @@ QStringList examine(const FirmwareChoice& firmware, const QString& usbFault)
     report << "settings: " + Common::Paths::userSettingsDirectory() << "log:      " + logs
            << "firmware: " + firmware.folder();
     if (QsLogging::LogFailures::instance().any())
-        problems
-            << "The log cannot be written: free some space, or make its folder and files yours.";
+        problems << "The log cannot be written: free space, or make its folder and files yours.";
     addBundles(report, problems, firmware.folder());
     if (usbFault.isEmpty())
         addUnits(report, problems, firmware);

@@ -14,9 +14,7 @@ namespace AquenSolvar::Cli {
 
 namespace {
 
-using Device::AttachedUnit;
-using Device::remedyFor;
-using Device::UnitSelection;
+using namespace Device;
 
 constexpr std::chrono::milliseconds pollInterval(100);
 
@@ -31,12 +29,6 @@ constexpr const char* stepNames[] = {"restart", "write", "return"};
 constexpr const char* stepTexts[] = {": restarting into the bootloader",
                                      ": writing the firmware; leave the unit connected",
                                      ": waiting for the unit to return"};
-
-bool contains(const QList<AttachedUnit>& units, const AttachedUnit& unit)
-{
-    return std::any_of(units.begin(), units.end(),
-                       [&unit](const AttachedUnit& other) { return other.isSameAs(unit); });
-}
 
 QString lineOf(const AttachedUnit& unit, const QString& firmware, const QString& state)
 {
@@ -92,7 +84,7 @@ void Session::poll()
 
 void Session::list()
 {
-    QList<AttachedUnit> units = Device::attachedUnits();
+    QList<AttachedUnit> units = attachedUnits();
     const qint64 wait = m_commandLine.seconds("wait").count();
     if (units.isEmpty() && wait > 0 && !m_elapsed.hasExpired(wait))
         return; // again at the next poll
@@ -107,13 +99,13 @@ void Session::list()
 
 void Session::watch()
 {
-    QList<AttachedUnit> present = Device::attachedUnits();
+    QList<AttachedUnit> present = attachedUnits();
     for (const AttachedUnit& unit : qAsConst(m_units)) {
-        if (!contains(present, unit))
+        if (!unit.isAmong(present))
             show("removed", unit);
     }
     for (AttachedUnit& unit : present) {
-        if (contains(m_units, unit))
+        if (unit.isAmong(m_units))
             continue;
         m_firmware.read(unit);
         show("attached", unit);
@@ -123,7 +115,7 @@ void Session::watch()
 
 void Session::beginUpdates()
 {
-    QList<AttachedUnit> attached = Device::attachedUnits();
+    QList<AttachedUnit> attached = attachedUnits();
     const QStringList words = m_commandLine.units();
     // Without words a given bundle selects the kind.
     const auto isOther = [&](const AttachedUnit& unit) {
@@ -140,8 +132,8 @@ void Session::beginUpdates()
         if (words.isEmpty() || !names.isEmpty() || words.contains(unit.port))
             m_firmware.read(unit);
     }
-    const UnitSelection selection = Device::selectUnits(attached, words, m_commandLine.isSet("all"),
-                                                        m_commandLine.isSet("force"));
+    const UnitSelection selection =
+        selectUnits(attached, words, m_commandLine.isSet("all"), m_commandLine.isSet("force"));
     if (selection.result != UnitSelection::Result::Selected) {
         for (const AttachedUnit& unit : selection.units)
             show("unit", unit);
@@ -223,7 +215,7 @@ void Session::show(const char* event, const AttachedUnit& unit)
                       {"bootloader", unit.kind->dfu},
                       {"name", unit.name},
                       {"firmware", unit.firmware},
-                      {"bundle", bundle > 0 ? Device::bundleVersionText(bundle) : QString()},
+                      {"bundle", bundle > 0 ? bundleVersionText(bundle) : QString()},
                       {"needsUpdate", unit.needsUpdate},
                       {"error", unit.error ? unit.error->message() : QString()}},
                      lineOf(unit, unit.firmware,

@@ -2,6 +2,7 @@
 #include "devices/AttachedUnit.h"
 
 #include "USB/PFlibusb.h"
+#include "USB/USBDevice.h"
 #include "devices/AquenSolvarDevice.h"
 #include "devices/OpenFailure.h"
 
@@ -32,6 +33,12 @@ bool AttachedUnit::isSameAs(const AttachedUnit& other) const
                libusb_get_device_address(other.record->device);
 }
 
+bool AttachedUnit::isAmong(const QList<AttachedUnit>& units) const
+{
+    return std::any_of(units.begin(), units.end(),
+                       [this](const AttachedUnit& other) { return other.isSameAs(*this); });
+}
+
 void AttachedUnit::read()
 {
     needsUpdate = kind->dfu;
@@ -51,6 +58,18 @@ void AttachedUnit::read()
                 return;
         }
         QThread::msleep(retryMs);
+    }
+}
+
+void AttachedUnit::tryOpen()
+{
+    read();
+    if (!kind->dfu)
+        return;
+    try {
+        USB::USBDevice(record, 1, 0).init();
+    } catch (const USB::USBException& exception) {
+        error = exception;
     }
 }
 

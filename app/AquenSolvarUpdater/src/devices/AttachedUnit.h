@@ -30,9 +30,16 @@ struct AttachedUnit
     /// Whether both are the same attachment of the same unit in the same mode.
     bool isSameAs(const AttachedUnit& other) const;
 
+    /// Whether one of them is the same in that sense.
+    bool isAmong(const QList<AttachedUnit>& units) const;
+
     /// Opens a unit in application mode, reads name, firmware and needsUpdate, and closes it. Tries
     /// again for half a second while it is in use: another copy of this program may be reading it.
     void read();
+
+    /// As read(), but a bootloader is opened as well and closed again. `error` holds why it could
+    /// not be.
+    void tryOpen();
 };
 
 /// All units on the bus, in order of their ports. None is opened. Empty without a USB session.
