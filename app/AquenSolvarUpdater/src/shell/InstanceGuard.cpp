@@ -3,6 +3,7 @@
 
 #include "qslog/Log.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QTextStream>
 
@@ -42,7 +43,18 @@ bool InstanceGuard::checkIsFirst()
 
 bool InstanceGuard::isFirst()
 {
-    return m_lock.isLocked() || m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError;
+    if (m_lock.isLocked() || m_lock.tryLock(0))
+        return true;
+    if (m_lock.error() != QLockFile::LockFailedError)
+        return true;
+    // The owner died and this process got its number, which QLockFile takes for a living owner.
+    // Removal fails while another guard of this process holds the lock.
+    qint64 process = 0;
+    QString host;
+    QString name;
+    return m_lock.getLockInfo(&process, &host, &name) &&
+           process == QCoreApplication::applicationPid() && m_lock.removeStaleLockFile() &&
+           m_lock.tryLock(0);
 }
 
 } // namespace AquenSolvar
