@@ -3,7 +3,6 @@
 
 #include "qslog/Log.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QTextStream>
 
@@ -47,14 +46,9 @@ bool InstanceGuard::isFirst()
         return true;
     if (m_lock.error() != QLockFile::LockFailedError)
         return true;
-    // The owner died and this process got its number, which QLockFile takes for a living owner.
-    // Removal fails while another guard of this process holds the lock.
-    qint64 process = 0;
-    QString host;
-    QString name;
-    return m_lock.getLockInfo(&process, &host, &name) &&
-           process == QCoreApplication::applicationPid() && m_lock.removeStaleLockFile() &&
-           m_lock.tryLock(0);
+    // QLockFile asks whether the number of the owner's process is in use, which another process,
+    // even this one, may have got. A living owner keeps the file open, and it cannot be removed.
+    return m_lock.removeStaleLockFile() && m_lock.tryLock(0);
 }
 
 } // namespace AquenSolvar
