@@ -237,17 +237,19 @@ def full_volume(test):
     """No room for the log at the start, and room later."""
     logs = next(USERS.rglob("Logs"))
     run("mount", "-t", "tmpfs", "-o", "size=64k", "logs", str(logs))
-    filler = logs / "filler"
-    filler.write_bytes(bytes(65536))
-    with Program(test, "aquen:plugged=no", expect=()) as program:
-        program.wait_for_notice("full.png")
-        filler.unlink()
-        program.order("plug aquen")
-        program.wait_for_log("List of devices have changed: 1")
-        program.wait_for_notice("room.png", False)
-        program.click(QUIT)
-        program.wait_for_end()
-    run("umount", str(logs))
+    try:
+        filler = logs / "filler"
+        filler.write_bytes(bytes(65536))
+        with Program(test, "aquen:plugged=no", expect=()) as program:
+            program.wait_for_notice("full.png")
+            filler.unlink()
+            program.order("plug aquen")
+            program.wait_for_log("List of devices have changed: 1")
+            program.wait_for_notice("room.png", False)
+            program.click(QUIT)
+            program.wait_for_end()
+    finally:
+        run("umount", str(logs))
 
 
 # The font is that of the pictures on Linux.
