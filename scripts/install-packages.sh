@@ -29,11 +29,12 @@ packages_for() {
             xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;
         # The Windows programs, cross-built, and the two packages of them.
         windows) echo g++-mingw-w64-x86-64-posix libz-mingw-w64-dev icoutils librsvg2-bin \
-            qtdeclarative5-dev-tools python3-pefile nsis zip osslsigncode xz-utils ;;
+            qtdeclarative5-dev-tools python3-pefile nsis zip osslsigncode xz-utils pandoc ;;
         # What building Qt and libusb for Windows needs besides.
         windows-sdk) echo autoconf automake libtool make dpkg-dev perl python3 ;;
         # What runs Windows programs, on a screen without a monitor, and the font of their windows.
-        wine) echo wine wine64 fonts-wine xvfb xdotool imagemagick dbus-daemon ;;
+        wine) echo wine wine64 fonts-wine fonts-dejavu-core fonts-wqy-microhei locales xvfb xdotool imagemagick \
+            dbus-daemon ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;

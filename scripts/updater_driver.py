@@ -85,6 +85,7 @@ class Session:
         self._pictures.mkdir(parents=True, exist_ok=True)
         self._output = folder / "output.txt"
         self._window = None
+        self._others = Session._windows()  # of another run
         self._log = Log(folder)
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8",
                            XDG_DATA_HOME=folder, XDG_CACHE_HOME=folder / "cache",
@@ -127,11 +128,15 @@ class Session:
         for pattern in patterns:
             self.wait(f'the log line "{pattern}"', 30, lambda: self._log.next(pattern))
 
+    @staticmethod
+    def _windows():
+        return set(subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
+                                  stdout=subprocess.PIPE, text=True, check=False).stdout.split())
+
     def find_window(self):
         def search():
-            return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{TITLE}$"],
-                                  stdout=subprocess.PIPE, text=True, check=False).stdout.split()
-        self._window = self.wait(f"a window called {TITLE!r}", 60, search)[0]
+            return Session._windows() - self._others
+        self._window = self.wait(f"a window called {TITLE!r}", 60, search).pop()
         # Nothing manages windows on this display.
         run("xdotool", "windowfocus", "--sync", self._window)
 

@@ -30,6 +30,7 @@ QString unitOptionHelp()
         "  firmware=X.Y.Z  version of the image in its flash (default 1.2.0; a -dfu unit has no\n"
         "                  image unless it is given one)\n"
         "  plugged=no      not on the bus at first\n"
+        "  open=ERROR      cannot be opened; a number of libusb_error, in simulator/libusb only\n"
         "Control lines and the report call it KIND, the second one KIND#2, and so on.\n");
 }
 
@@ -71,6 +72,8 @@ LabelledUnit makeUnit(const QString& option, const std::vector<LabelledUnit>& be
             setup.firmware = firmwareVersion(value);
         else if (part == QLatin1String("plugged=no"))
             unit.plugged = false;
+        else if (key == QLatin1String("open"))
+            setup.openError = value.toInt();
         else if (part != QLatin1String("plugged=yes"))
             throw std::invalid_argument("unknown option of a unit: " + part.toStdString());
     }

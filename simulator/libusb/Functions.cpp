@@ -36,12 +36,20 @@ int sendNow(const libusb_device& device, const SetupPacket& setup, Response& res
 
 API(const char*) libusb_error_name(int code)
 {
-    static constexpr const char* names[] = {
-        "LIBUSB_SUCCESS",      "LIBUSB_ERROR_IO",        "LIBUSB_ERROR_INVALID_PARAM",
-        "LIBUSB_ERROR_ACCESS", "LIBUSB_ERROR_NO_DEVICE", "LIBUSB_ERROR_NOT_FOUND",
-        "LIBUSB_ERROR_BUSY",   "LIBUSB_ERROR_TIMEOUT",   "LIBUSB_ERROR_OVERFLOW",
-        "LIBUSB_ERROR_PIPE"};
-    return code > 0 || code < LIBUSB_ERROR_PIPE ? "LIBUSB_ERROR_OTHER" : names[-code];
+    static constexpr const char* names[] = {"LIBUSB_SUCCESS",
+                                            "LIBUSB_ERROR_IO",
+                                            "LIBUSB_ERROR_INVALID_PARAM",
+                                            "LIBUSB_ERROR_ACCESS",
+                                            "LIBUSB_ERROR_NO_DEVICE",
+                                            "LIBUSB_ERROR_NOT_FOUND",
+                                            "LIBUSB_ERROR_BUSY",
+                                            "LIBUSB_ERROR_TIMEOUT",
+                                            "LIBUSB_ERROR_OVERFLOW",
+                                            "LIBUSB_ERROR_PIPE",
+                                            "LIBUSB_ERROR_INTERRUPTED",
+                                            "LIBUSB_ERROR_NO_MEM",
+                                            "LIBUSB_ERROR_NOT_SUPPORTED"};
+    return code > 0 || code < LIBUSB_ERROR_NOT_SUPPORTED ? "LIBUSB_ERROR_OTHER" : names[-code];
 }
 
 API(ssize_t) libusb_get_device_list(libusb_context*, libusb_device*** list)
@@ -114,6 +122,8 @@ API(int) libusb_open(libusb_device* device, libusb_device_handle** handle)
     const Host::Lock lock(host().mutex);
     if (!device->present)
         return LIBUSB_ERROR_NO_DEVICE;
+    if (const int error = device->unit->openError())
+        return error;
     *handle = new libusb_device_handle{*device};
     return 0;
 }

@@ -11,6 +11,7 @@ using Lock = std::lock_guard<std::mutex>;
 
 Unit::Unit(const UnitSetup& setup, Now now)
     : m_now(std::move(now))
+    , m_openError(setup.openError)
     , m_identity{setup.kind, setup.firmware ? setup.mode : Mode::Bootloader, setup.usbSerial}
 {
     m_overrides.serialName = setup.serialName;

@@ -23,6 +23,7 @@ struct UnitSetup
     /// bootloader regardless of `mode`, as after an interrupted update.
     std::optional<std::string> firmware;
     std::string usbSerial = "000000000001";
+    int openError = 0; ///< of libusb, to whoever opens it; only simulator/libusb can do that
 };
 
 /// One virtual washing or curing unit: application firmware, bootloader and flash. It handles
@@ -60,6 +61,7 @@ public:
     Bytes descriptors() const;
     /// The string of that index (see Descriptors); empty when there is none.
     std::string stringText(std::uint8_t index) const;
+    int openError() const { return m_openError; }
 
     // For tests and demos.
 
@@ -94,6 +96,7 @@ private:
 
     mutable std::mutex m_mutex;
     const Now m_now;
+    const int m_openError;
     Identity m_identity;
     Overrides m_overrides;
     Flash m_flash;

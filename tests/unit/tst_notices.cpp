@@ -26,6 +26,10 @@ private slots:
         auto other = std::make_unique<InstanceGuard>(files.root());
         InstanceGuard guard(files.root());
         QVERIFY(other->checkIsFirst() && (QFile::remove(file) || !QFile::exists(file)));
+        const QByteArray lock = files.get("running.lock");
+        other = std::make_unique<InstanceGuard>(files.root());
+        files.put("running.lock", lock); // of a dead process whose number this one got
+        QVERIFY(other->checkIsFirst());
         auto log = std::make_unique<QsLogging::FileDestination>(files.root()); // is no file
         AquenSolvarWatcher watcher;
         ShippedFirmware firmware;

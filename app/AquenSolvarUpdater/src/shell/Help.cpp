@@ -64,14 +64,18 @@ QString Help::anchorOf(const QString& heading)
 
 void Help::openFile(const QString& path, const QString& anchor)
 {
-    QUrl url = QUrl::fromLocalFile(path);
+    const QUrl file = QUrl::fromLocalFile(path);
+    QUrl place = file;
     if (!anchor.isEmpty())
-        url.setFragment(anchor);
-    if (QFileInfo::exists(path) && QDesktopServices::openUrl(url)) {
-        QLOG_INFO() << "Opened" << url.toString();
-        return;
+        place.setFragment(anchor);
+    // Some systems find no program for a place in a file.
+    for (const QUrl& url : {place, file}) {
+        if (QFileInfo::exists(path) && QDesktopServices::openUrl(url)) {
+            QLOG_INFO() << "Opened" << url.toString();
+            return;
+        }
     }
-    QLOG_WARN() << "Could not open" << url.toString();
+    QLOG_WARN() << "Could not open" << place.toString();
     reportFailure(path);
 }
 

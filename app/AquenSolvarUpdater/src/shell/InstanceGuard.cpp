@@ -42,7 +42,13 @@ bool InstanceGuard::checkIsFirst()
 
 bool InstanceGuard::isFirst()
 {
-    return m_lock.isLocked() || m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError;
+    if (m_lock.isLocked() || m_lock.tryLock(0))
+        return true;
+    if (m_lock.error() != QLockFile::LockFailedError)
+        return true;
+    // QLockFile asks whether the number of the owner's process is in use, which another process,
+    // even this one, may have got. A living owner keeps the file open, and it cannot be removed.
+    return m_lock.removeStaleLockFile() && m_lock.tryLock(0);
 }
 
 } // namespace AquenSolvar
