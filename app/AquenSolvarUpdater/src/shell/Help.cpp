@@ -25,7 +25,7 @@ void Help::open(const QString& heading)
 {
     const QString guide = guideFile();
     const QString anchor = anchorOf(heading);
-    // Windows, and many a desktop, open a file without its anchor.
+    // Windows does not open a file with an anchor, and many a desktop drops the anchor.
     const QString page = guide.section(QLatin1Char('.'), 0, -2) + QLatin1Char('/') + anchor +
                          QStringLiteral(".html");
     if (!anchor.isEmpty() && QFileInfo::exists(page))
@@ -64,18 +64,14 @@ QString Help::anchorOf(const QString& heading)
 
 void Help::openFile(const QString& path, const QString& anchor)
 {
-    const QUrl file = QUrl::fromLocalFile(path);
-    QUrl place = file;
+    QUrl url = QUrl::fromLocalFile(path);
     if (!anchor.isEmpty())
-        place.setFragment(anchor);
-    // Some systems find no program for a place in a file.
-    for (const QUrl& url : {place, file}) {
-        if (QFileInfo::exists(path) && QDesktopServices::openUrl(url)) {
-            QLOG_INFO() << "Opened" << url.toString();
-            return;
-        }
+        url.setFragment(anchor);
+    if (QFileInfo::exists(path) && QDesktopServices::openUrl(url)) {
+        QLOG_INFO() << "Opened" << url.toString();
+        return;
     }
-    QLOG_WARN() << "Could not open" << place.toString();
+    QLOG_WARN() << "Could not open" << url.toString();
     reportFailure(path);
 }
 
