@@ -6,6 +6,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+/// The end of each line that the program writes to a text file.
+#ifdef Q_OS_WIN
+constexpr char lineEnd[] = "\r\n";
+#else
+constexpr char lineEnd[] = "\n";
+#endif
+
 /// A temporary folder of one test, removed with this object.
 class TempFiles
 {

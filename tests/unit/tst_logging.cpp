@@ -9,15 +9,19 @@
 #include "qslog/FileDestination.h"
 #include "qslog/Log.h"
 #include "qslog/LogFailures.h"
+#include "support/DebugOutput.h"
 #include "support/TempFiles.h"
 
 #include <QtTest>
 
 #include <csignal>
+#include <filesystem>
+#include <thread>
+#ifdef Q_OS_LINUX // full disks and missing permissions are made by calls of its own
 #include <sys/fsuid.h>
 #include <sys/resource.h>
-#include <thread>
 #include <unistd.h>
+#endif
 
 using Common::IniDocument;
 using namespace QsLogging;
@@ -36,21 +40,9 @@ class LoggingTest : public QObject
     }
     static int levelOf(const QString& name) { return int(getLogger(name)->loggingLevel()); }
 
-    // What the action writes to standard error.
-    QString consoleOf(const std::function<void()>& action) const
+    static QString say(const QString& logger)
     {
-        QFile capture(m_files.put("stderr.txt"));
-        capture.open(QIODevice::WriteOnly);
-        const int kept = dup(STDERR_FILENO);
-        dup2(capture.handle(), STDERR_FILENO);
-        action();
-        dup2(kept, STDERR_FILENO);
-        close(kept);
-        return QString::fromUtf8(m_files.get("stderr.txt"));
-    }
-    QString say(const QString& logger) const
-    {
-        return consoleOf([&] { MessageBuilder(Level::Info, logger).stream() << 7; });
+        return debugOutputOf([&] { MessageBuilder(Level::Info, logger).stream() << 7; });
     }
 
 private slots:
@@ -70,7 +62,7 @@ private slots:
         getLogger("tst_logging")->addDestination(console);
         const QString line = QString::number(__LINE__ + 5);
         QStringList lines =
-            consoleOf([] {
+            debugOutputOf([] {
                 for (const Level threshold : {Level::Trace, Level::Warn, Level::Off}) {
                     getLogger("tst_logging")->setLoggingLevel(threshold);
                     QLOG_TRACE() << "Name:" << QStringLiteral("A\"1\"") << 42 << true << "100%1";
@@ -92,15 +84,18 @@ private slots:
                  "\x1b[0;37mTRACE\x1b[0m\x1b[1;33mDEBUG\x1b[0m\x1b[1;30mINFO\x1b[0m" + high + high +
                      QString(5, ' '));
         surviveClosedDebugOutput();
+#ifdef Q_OS_LINUX
         QVERIFY(std::signal(SIGPIPE, SIG_IGN) == SIG_IGN);
+#endif
     }
 
     void aFileHoldsPlainLinesAndOutlivesAFullDisk()
     {
         FileDestination destination(m_files.put("a.log", "before\n"));
         destination.write(QStringLiteral("\x1b[1;30mINFO\x1b[0m \x1b[2J \u6D17"), Level::Info);
-        const QByteArray written = "before\nINFO \x1b[2J \xE6\xB4\x97\n";
+        const QByteArray written = QByteArray("before\nINFO \x1b[2J \xE6\xB4\x97") + lineEnd;
         QCOMPARE(m_files.get("a.log"), written);
+#ifdef Q_OS_LINUX
         std::signal(SIGXFSZ, SIG_IGN);
         rlimit limit{};
         QCOMPARE(getrlimit(RLIMIT_FSIZE, &limit), 0);
@@ -112,11 +107,14 @@ private slots:
         QVERIFY(LogFailures::instance().any());
         destination.write("after", Level::Info);
         QVERIFY(m_files.get("a.log").endsWith("\nafter\n") && !LogFailures::instance().any());
+#endif
     }
 
     void rotatesOnlyPastTheMaximum()
     {
-        const QByteArray full = QByteArray(999, 'x') + "\n";
+        const QByteArray next = QByteArray("next") + lineEnd;
+        const QString line(1001 - int(sizeof lineEnd), 'x');
+        const QByteArray full = line.toLatin1() + lineEnd; // 1000 bytes
         for (const int maximum : {1000, 999, 0, -5}) {
             for (const QByteArray& atFirst : {full, QByteArray()}) {
                 m_files.put("b.log.old", "old");
@@ -125,9 +123,9 @@ private slots:
                 const bool rotates = maximum == 999;
                 QCOMPARE(m_files.get("b.log.old"), rotates && !atFirst.isEmpty() ? full : "old");
                 if (atFirst.isEmpty())
-                    destination.write(QString(999, 'x'), Level::Info);
+                    destination.write(line, Level::Info);
                 destination.write("next", Level::Info);
-                QCOMPARE(m_files.get("b.log"), rotates ? QByteArray("next\n") : full + "next\n");
+                QCOMPARE(m_files.get("b.log"), rotates ? next : full + next);
                 QCOMPARE(m_files.get("b.log.old"), rotates ? full : "old");
             }
         }
@@ -135,8 +133,9 @@ private slots:
         m_files.put("c.log.old/full", "cannot be replaced");
         FileDestination destination(m_files.put("c.log", "before\n"));
         QVERIFY(destination.isValid() && !destination.rotate() && destination.setMaxSize(3));
-        destination.write("after", Level::Info);
-        QCOMPARE(m_files.get("c.log"), QByteArray("before\nafter\n"));
+        destination.write("next", Level::Info);
+        QCOMPARE(m_files.get("c.log"), "before\n" + next);
+#ifdef Q_OS_LINUX
         // Without permission for the folder and the file, the open file is all there is.
         FileDestination kept(m_files.put("fixed/d.log", "before\n"));
         QFile::setPermissions(m_files.path("fixed/d.log"), QFile::ReadOwner);
@@ -147,12 +146,13 @@ private slots:
         kept.write("after", Level::Info);
         QCOMPARE(m_files.get("fixed/d.log"), QByteArray("before\nafter\n"));
         QFile::setPermissions(m_files.path("fixed"), QFile::Permissions(0x7770));
+#endif
         // A destination that could not open its file tries again.
         FileDestination late(m_files.path("late/such.log"));
         QVERIFY(!late.isValid() && LogFailures::instance().any());
         m_files.put("late/folder");
-        late.write("now", Level::Info);
-        QCOMPARE(m_files.get("late/such.log"), QByteArray("now\n"));
+        late.write("next", Level::Info);
+        QCOMPARE(m_files.get("late/such.log"), next);
     }
 
     void threadsShareAFileUnderAllItsNames()
@@ -161,7 +161,7 @@ private slots:
         const auto write = [](const QString& name) {
             const auto file = fileDestinationFor(name);
             getLogger(name)->addDestination(file);
-            for (int line = 0; line < 2500; ++line) {
+            for (int line = 0; line < 1000; ++line) {
                 file->setMaxSize(10'000'000 + line);
                 file->write("INFO now line " + QString::number(line) + ' ', Level::Info);
             }
@@ -173,7 +173,7 @@ private slots:
         for (std::thread& other : others)
             other.join();
         const QStringList lines = QString::fromUtf8(m_files.get("shared.log")).split('\n');
-        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ $")).size(), 10000);
+        QCOMPARE(lines.filter(QRegularExpression("^INFO \\S+ line \\d+ \r?$")).size(), 4000);
     }
 
     void iniTextsAreReadOrRefused()
@@ -256,15 +256,19 @@ private slots:
         const QString logs = m_files.path("data/Logs");
         const auto becomes = [&](int level, const char* name, const char* file) {
             const QString path = m_files.put(file, QByteArray("[User]\nlevel=") + name);
-            return rename(qPrintable(path), qPrintable(user)) == 0 &&
-                   QTest::qWaitFor([&] { return levelOf("User") == level; }, 30'000);
+            std::filesystem::rename(path.toStdWString(), user.toStdWString());
+            return QTest::qWaitFor([&] { return levelOf("User") == level; }, 30'000);
         };
         Common::startLogging({logs, shipped, user}, false);
         QVERIFY(!QCoreApplication::instance()->findChild<Common::SettingsFileWatcher*>());
+#ifdef Q_OS_LINUX // elsewhere the folder of the user is closed to others
         QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0);
         QVERIFY(QFile::setPermissions(logs, QFile::Permissions(0x7750)));
+#endif
         Common::startLogging({logs, shipped, user}, true);
+#ifdef Q_OS_LINUX
         QCOMPARE(int(QFile::permissions(logs)) & 0x77, 0x50); // as its owner wants it
+#endif
         QCOMPARE(levelOf("User"), 1);
         QCOMPARE(levelOf("Shipped"), 4);
         // It changes, is replaced as editors do it, goes with its directory, and comes again.
