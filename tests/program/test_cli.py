@@ -1,10 +1,13 @@
 # SPDX-License-Identifier: LicenseRef-Proprietary
-"""The command line on the virtual bus."""
+"""The command line on the virtual bus; the one for Windows, if WINE names what runs it, on a bus that each
+program has to itself."""
 
 import concurrent.futures
 import json
 import os
 import pathlib
+import pty
+import select
 import signal
 import tempfile
 import time
@@ -14,6 +17,8 @@ from subprocess import DEVNULL, PIPE, Popen, run
 import jsonschema
 
 CLI, VIRTUALBUS, TARNWARE = (os.environ[name] for name in ("CLI", "VIRTUALBUS", "TARNWARE"))
+WINE = [os.environ["WINE"]] if "WINE" in os.environ else []
+INTERRUPT = signal.SIGINT if WINE else signal.SIGTERM
 SCHEMA = json.loads(pathlib.Path(os.environ["SCHEMA"]).read_text())
 PATIENCE = 60
 HOLD_SOLVAR = """import ctypes
@@ -47,11 +52,12 @@ ROWS = {
     "busy": ((OLD,), "fault aquen busy on=write value=forever", "update --timeout 3", 1, "-", MOVED),
     "usage": ((OLD,), "", "update --wait 3", 2, "1.2.0", "update does not take --wait."),
     "usage, two": ((), "", "update --bundle a --firmware b", 2, "", "exclude each other"),
-    "unknown": ((OLD,), "", "update Nobody", 3, "1.2.0", 'No unit "Nobody"'),
+    "unknown": ((OLD,), "", "update Jörg機", 3, "1.2.0", 'No unit "Jörg機"'),
     "none attached": ((), "", "list --wait 0.3", 3, "", "No unit is attached."),
     "no firmware": ((OLD,), "", "update --firmware empty", 4, "1.2.0", "no valid aquen-v*.tarnware"),
     "other kind": ((OLD,), "", "update aquen --bundle solvar-v1.tarnware", 4, "1.2.0", "is not named as"),
     "damaged firmware": ((OLD,), "", "update aquen --bundle aquen-v0.tarnware", 4, "1.2.0", "magic"),
+    "examined": ((OLD,), "", "doctor", 0, "1.2.0", "1-1 Aquen: can be opened"),
     "unreadable": ((OLD,), "fault aquen stall on=version times=9", "update", 5, "1.2.0", "version"),
     "several of a kind": ((OLD, OLD), "", "update aquen", 6, "1.2.0 1.2.0", "Several units match"),
     "several": ((OLD, "solvar-dfu"), "", "update", 6, "1.2.0 -", "Several units match"),
@@ -70,12 +76,20 @@ class Bus:
     def __init__(self, units, lines=""):
         self.temporary = tempfile.TemporaryDirectory()
         self.folder = pathlib.Path(self.temporary.name)
-        os.mkfifo(self.folder / "fifo")
-        self.control = os.open(self.folder / "fifo", os.O_RDWR)
+        if not WINE:
+            os.mkfifo(self.folder / "control")
+        self.control = os.open(self.folder / "control", os.O_RDWR | os.O_APPEND | os.O_CREAT)
+        if WINE:
+            self.order("".join(f"unit {unit}\n" for unit in units))
+            self.environment = {**os.environ, "VIRTUALBUS_FOLDER": f"Z:{self.folder}"}
         self.order(lines)
+        if not WINE:
+            self.start_host(units)
+
+    def start_host(self, units):
         options = [f"--unit={unit}" for unit in units]
         self.host = Popen([VIRTUALBUS, *options, "--report", self.folder / "report", "--control",
-                           self.folder / "fifo", "--", "sh", "-c", "env -0; echo; exec sleep 600"],
+                           self.folder / "control", "--", "sh", "-c", "env -0; echo; exec sleep 600"],
                          stdout=PIPE, stderr=DEVNULL, env={**os.environ, "HOME": self.folder})
         words = self.host.stdout.readline()[:-2].decode().split("\0")
         self.environment = dict(word.split("=", 1) for word in words)
@@ -99,14 +113,16 @@ class Bus:
 
     def cli(self, *arguments):
         own = () if {"--bundle", "--firmware", "watch", "list"} & set(arguments) else ("--firmware", ".")
-        return self.start(CLI, *arguments, *own)
+        return self.start(*WINE, CLI, *arguments, *own)
 
     def close(self):
         """Ends the bus; mode and version of each unit."""
-        self.host.terminate()
-        self.host.communicate(timeout=PATIENCE)
-        units = [dict(word.split("=") for word in line.split())
-                 for line in (self.folder / "report").read_text().splitlines()]
+        if not WINE:
+            self.host.terminate()
+            self.host.communicate(timeout=PATIENCE)
+        report = self.folder / "report"
+        lines = report.read_text().splitlines() if report.exists() else ()
+        units = [dict(word.split("=") for word in line.split()) for line in lines]
         return " ".join({"bootloader": "-"}.get(unit["mode"], "") + unit["firmware"].strip("-")
                         for unit in units)
 
@@ -116,6 +132,13 @@ def read_until(process, text):
     while not lines or (lines[-1] and text not in lines[-1]):
         lines.append(process.stdout.readline())
     return "".join(lines)
+
+
+def read_console(terminal, text):
+    seen = ""
+    while text not in seen and select.select([terminal], [], [], PATIENCE)[0]:
+        seen += os.read(terminal, 9999).decode()
+    return seen
 
 
 def events(output):
@@ -130,6 +153,8 @@ def try_row(row):
     with Bus(units, lines) as bus:
         process = bus.cli(*arguments.split())
         output = "".join(process.communicate(timeout=PATIENCE))
+        if WINE and process.returncode == 2:
+            return 2, row[4], output  # the program has not come to its bus
         return process.returncode, bus.close(), output
 
 
@@ -153,21 +178,26 @@ class CommandLine(unittest.TestCase):
             self.assertEqual((process.returncode, end["status"]), (130, 130))
             result, = (event for event in heard if event["event"] == "result")
             self.assertIn(MOVED, result["message"])
+            unit = "aquen"
+            if WINE:  # where the state of a unit ends with the program
+                unit = "aquen-dfu"
+                bus.order("unplug aquen\nunit aquen-dfu")
             process = bus.cli("update", *long)
             steps = [event["step"] for event in events(process.communicate(timeout=PATIENCE)[0])
                      if event["event"] == "step"]
             self.assertEqual((process.returncode, steps), (0, ["write", "return"]))
-            bus.order("fault aquen busy on=erase value=forever")
+            bus.order(f"fault {unit} busy on=erase value=forever")
             process = bus.cli("update", "--force", *long)
             read_until(process, '"write"')
             time.sleep(1)  # until it is busy, which a stop waits for
             process.send_signal(signal.SIGINT)
             time.sleep(0.5)
             self.assertIsNone(process.poll())
-            process.send_signal(signal.SIGTERM)
+            process.send_signal(INTERRUPT)
             process.communicate(timeout=PATIENCE)
-            self.assertEqual((process.returncode, bus.close()), (130, "-1.3.1"))
+            self.assertEqual((process.returncode, WINE or bus.close()), (130, WINE or "-1.3.1"))
 
+    @unittest.skipIf(WINE, "one program alone is on its bus")
     def test_side_by_side_and_in_use(self):
         # Of two clients whose hot-plug socket has the same number only the later one hears of changes.
         with Bus((OLD, OLD, "solvar")) as bus:
@@ -194,11 +224,33 @@ class CommandLine(unittest.TestCase):
             for line in ("plug solvar", "unplug aquen"):
                 bus.order(line)
                 head += process.stdout.readline()
-            process.send_signal(signal.SIGTERM)
+            process.send_signal(INTERRUPT)
             tail, _ = process.communicate(timeout=PATIENCE)
             seen = " ".join(event["event"] + event["port"] for event in events(head + tail))
             self.assertEqual((process.returncode, seen), (130, "attached1-1 attached1-2 removed1-1"))
             self.assertIn("?[2J", bus.cli("list").communicate(timeout=PATIENCE)[0])
+
+    @unittest.skipUnless(WINE, "Windows alone knows programs without a console")
+    def test_streams(self):
+        master, end = pty.openpty()
+        console = {"stdin": end, "stdout": end, "stderr": end, "check": True}
+        for name, status in ("AquenSolvarUpdater", 0), ("aquen-solvar-cli", 0), ("tarnware", 1):
+            command = [*WINE, pathlib.Path(CLI).with_name(f"{name}.exe"), "--version"]
+            with tempfile.TemporaryFile("w+") as file:
+                run(command, stdout=file, check=True)
+                file.seek(0)
+                output = file.read() + run(command, stdout=PIPE, text=True, check=True).stdout
+            self.assertRegex(output, rf"\A({name} \d+\.\d+\.\d+\n){{2}}\Z")
+            closed = run(["sh", "-c", 'exec "$@" >&-', "sh", *command], stderr=DEVNULL, check=False)
+            self.assertEqual(closed.returncode, status)
+            run([*WINE, "cmd", "/c", "start", "/b", "/wait", name, "--version"],
+                cwd=pathlib.Path(CLI).parent, **console)
+            version = output.splitlines()[0]
+            self.assertIn(version, read_console(master, version))
+        with Bus((OLD,)) as bus:
+            run([*WINE, CLI, "update", "--firmware", "."], cwd=FIRMWARE, env=bus.environment,
+                **console)
+            self.assertIn("\r[####", read_console(master, "\r[####"))
 
 
 def make_firmware(folder):
@@ -210,7 +262,7 @@ def make_firmware(folder):
         if name == "broken":
             image.write_bytes(image.read_bytes()[:-1])
         for kind in TWO:
-            run([TARNWARE, "pack", "--version", str(version), image,
+            run([*WINE, TARNWARE, "pack", "--version", str(version), image,
                  folder / name / f"{kind}-v1.tarnware"], check=True)
     (folder / "aquen-v0.tarnware").write_text("no bundle")
 
