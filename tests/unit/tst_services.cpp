@@ -20,10 +20,8 @@ class ServicesTest : public QObject
 
     static constexpr quint64 key = 0x0123456789ABCDEF;
 #ifdef Q_OS_WIN
-    const QString local = qEnvironmentVariable("USERPROFILE") + "/AppData/Local";
     const QString system = "win", bits = "32"; // it is not emulated
 #else
-    const QString local = qEnvironmentVariable("XDG_DATA_HOME");
     const QString system = "linux", bits = "64";
 #endif
     const QString text = QStringLiteral("Caf\u00E9\0at noon\n\u6D17 at noon, noon, noon, noon\n");
@@ -112,7 +110,8 @@ private slots:
         QCoreApplication::setOrganizationName("Org");
         QCoreApplication::setApplicationName("App");
         const QString app = QFileInfo(QCoreApplication::applicationFilePath()).absolutePath();
-        const QString data = QDir::fromNativeSeparators(local) + "/Org/App";
+        const QString local = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+        const QString data = local + "/Org/App";
         const QString root = QDir::rootPath();
         const QString file = m_files.put("tree/sub/.hidden");
         const QString type = BuildType::buildTypeString();
