@@ -6,13 +6,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-/// The end of each line that the program writes to a text file.
-#ifdef Q_OS_WIN
-constexpr char lineEnd[] = "\r\n";
-#else
-constexpr char lineEnd[] = "\n";
-#endif
-
 /// A temporary folder of one test, removed with this object.
 class TempFiles
 {
@@ -33,11 +26,12 @@ public:
         return file.fileName();
     }
 
-    /// The file's bytes, or "unreadable".
+    /// The file's text, or "unreadable".
     QByteArray get(const QString& name) const
     {
         QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+        return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll()
+                                                                : QByteArray("unreadable");
     }
 
 private:
