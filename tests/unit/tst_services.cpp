@@ -19,11 +19,6 @@ class ServicesTest : public QObject
     Q_OBJECT
 
     static constexpr quint64 key = 0x0123456789ABCDEF;
-#ifdef Q_OS_WIN
-    const QString system = "win", bits = "32"; // it is not emulated
-#else
-    const QString system = "linux", bits = "64";
-#endif
     const QString text = QStringLiteral("Caf\u00E9\0at noon\n\u6D17 at noon, noon, noon, noon\n");
     const TempFiles m_files;
 
@@ -113,6 +108,7 @@ private slots:
         const QString local = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
         const QString data = local + "/Org/App";
         const QString root = QDir::rootPath();
+        const bool windows = QSysInfo::productType() == "windows";
         const QString file = m_files.put("tree/sub/.hidden");
         const QString type = BuildType::buildTypeString();
         const QList<std::pair<QString, QString>> rows{
@@ -123,8 +119,8 @@ private slots:
             {Paths::logDirectory(), data + "/Logs"},
             {Paths::fileInDirectory(root + "a/b", root + "x/y"), root + "x/y"},
             {Paths::filesInDirectoryTree(m_files.path("tree")).join(' '), file},
-            {BuildOS::buildOSString(), system},
-            {GetOSArchitectureBits(), bits}};
+            {BuildOS::buildOSString(), windows ? "win" : "linux"},
+            {GetOSArchitectureBits(), windows ? "32" : "64"}}; // no emulation there
         for (const auto& [actual, expected] : rows)
             QCOMPARE(actual, expected);
         LogCapture log({"OSInformation"});
