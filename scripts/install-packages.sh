@@ -20,7 +20,7 @@ packages_for() {
             qml-module-qtgraphicaleffects libqt5svg5 libusb-1.0-0 fonts-dejavu-core \
             libgl1-mesa-dri ;;
         # The virtual bus, third-party tools that judge the virtual units, and assistive technology.
-        test) echo qml-module-qttest umockdev dfu-util usbutils python3 python3-jsonschema dbus-daemon fonts-wqy-microhei \
+        test) echo qml-module-qttest openssl umockdev dfu-util usbutils python3 python3-jsonschema dbus-daemon fonts-wqy-microhei \
             xvfb xdotool imagemagick at-spi2-core python3-pyatspi strace ;;
         # A screen without a monitor, and what drives a window on it.
         demo) echo umockdev xvfb xdotool imagemagick dbus-daemon at-spi2-core python3-pyatspi ;;

@@ -30,3 +30,6 @@ set(Qt5LinguistTools_DIR "${asu_linguist_tools}" CACHE PATH "The host's Qt5Lingu
 
 set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK
     "${CMAKE_CURRENT_LIST_DIR}/link-relative ${ASU_WINDOWS_SDK}")
+
+# CTest runs programs with it.
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/under-wine;${CMAKE_BINARY_DIR};${ASU_WINDOWS_SDK}")

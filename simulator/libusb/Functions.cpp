@@ -52,6 +52,12 @@ API(const char*) libusb_error_name(int code)
     return code > 0 || code < LIBUSB_ERROR_NOT_SUPPORTED ? "LIBUSB_ERROR_OTHER" : names[-code];
 }
 
+API(const libusb_version*) libusb_get_version()
+{
+    static constexpr libusb_version version{1, 0, 26, 0, "", "virtual units"};
+    return &version;
+}
+
 API(ssize_t) libusb_get_device_list(libusb_context*, libusb_device*** list)
 {
     const Host::Lock lock(host().mutex);

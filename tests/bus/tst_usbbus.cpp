@@ -5,7 +5,6 @@
 #include "USB/PFlibusb.h"
 #include "USB/USBDevice.h"
 #include "USB/USBException.h"
-#include "USB/WindowsDeviceName.h"
 #include "support/BusFixture.h"
 #include "support/LogCapture.h"
 
@@ -88,16 +87,6 @@ private slots:
     {
         m_bus->unplugAll();
         QVERIFY(m_bus->awaitGone(0));
-    }
-
-    void windowsDeviceNames()
-    {
-        quint16 vid = 7, pid = 7;
-        QVERIFY(!parseWindowsDeviceName("VID_16D0&PID_0C", vid, pid) && vid + pid == 14);
-        QVERIFY(parseWindowsDeviceName(R"(\\?\USB#VID_16D0&PID_0C07#7&1&0&2#{a5dc})", vid, pid));
-        QVERIFY(vid == 0x16D0 && pid == 0x0C07);
-        QVERIFY(parseWindowsDeviceName("vid_0001&pid_zzzzVID_0003&PID_0004", vid, pid));
-        QVERIFY(vid == 1 && pid == 0);
     }
 
     void transfers()

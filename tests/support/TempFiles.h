@@ -26,11 +26,12 @@ public:
         return file.fileName();
     }
 
-    /// The file's bytes, or "unreadable".
+    /// The file's text, or "unreadable".
     QByteArray get(const QString& name) const
     {
         QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+        return file.open(QIODevice::ReadOnly | QIODevice::Text) ? file.readAll()
+                                                                : QByteArray("unreadable");
     }
 
 private:

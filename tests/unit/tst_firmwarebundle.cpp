@@ -6,7 +6,9 @@
 
 #include <QtTest>
 
+#ifdef Q_OS_LINUX
 #include <sys/stat.h>
+#endif
 
 using namespace AquenSolvar::Device;
 
@@ -48,8 +50,7 @@ private slots:
     void filesThatAreNoBundleFiles()
     {
         FirmwareBundle out;
-        QCOMPARE(mkfifo(qPrintable(m_files.path("pipe")), 0600), 0);
-        QCOMPARE(readFirmwareBundle(m_files.path("pipe"), out), 2);
+        QCOMPARE(readFirmwareBundle(m_files.root(), out), 2);
         const QByteArray largest = handMade.leftJustified(16 * 1024 * 1024, '\0');
         QCOMPARE(readFirmwareBundle(m_files.put("largest", largest), out), 0);
         QCOMPARE(readFirmwareBundle(m_files.put("larger", largest + 'x'), out), 2);
@@ -82,6 +83,7 @@ private slots:
         QVERIFY(newestFirmwareBundle(m_files.path("missing"), aquen).data.isEmpty());
     }
 
+#ifdef Q_OS_LINUX // the tool runs in a shell
     void toolPacksShowsAndUnpacks()
     {
         const QByteArray image(163839, 'x'); // the largest
@@ -144,12 +146,15 @@ private slots:
         m_files.put("dfuse", "DfuSe\1");
         m_files.put("suffix", "image" + QByteArray::fromHex("ffff050cd0161a01554644 10 12345678"));
         mkfifo(qPrintable(m_files.path("pipe")), 0600);
+        FirmwareBundle out;
+        QCOMPARE(readFirmwareBundle(m_files.path("pipe"), out), 2);
         m_files.put("out", "as before");
         QTEST(run(QTest::currentDataTag()), "status");
         QFETCH(QByteArray, error);
         QCOMPARE(m_errors.left(error.size()), error);
         QCOMPARE(m_files.get("out"), QByteArray("as before"));
     }
+#endif
 
 private:
     int run(const QString& arguments)

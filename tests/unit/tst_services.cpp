@@ -89,7 +89,8 @@ private slots:
         QVERIFY(FileIO::makeDirectory(m_files.path("a")) && QDir(m_files.path("a")).exists());
         const QString path = m_files.put("a/notes.txt", QByteArray(999, 'x'));
         QVERIFY(FileIO::writeFile(path, text));
-        QCOMPARE(FileIO::readFile(path), text);
+        QCOMPARE(m_files.get(path), text.toUtf8());
+        QCOMPARE(FileIO::readFile(m_files.put("raw.txt", text.toUtf8())), text);
         QVERIFY(!FileIO::writeFile(m_files.path("missing/notes.txt"), text));
         QCOMPARE(FileIO::readFile(m_files.root()), QString());
         // One way takes Latin-1 and gives Base64, the other takes raw bytes and gives UTF-8.
@@ -104,7 +105,10 @@ private slots:
         QCoreApplication::setOrganizationName("Org");
         QCoreApplication::setApplicationName("App");
         const QString app = QFileInfo(QCoreApplication::applicationFilePath()).absolutePath();
-        const QString data = qEnvironmentVariable("XDG_DATA_HOME") + "/Org/App";
+        const QString local = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+        const QString data = local + "/Org/App";
+        const QString root = QDir::rootPath();
+        const bool windows = QSysInfo::productType() == "windows";
         const QString file = m_files.put("tree/sub/.hidden");
         const QString type = BuildType::buildTypeString();
         const QList<std::pair<QString, QString>> rows{
@@ -113,10 +117,10 @@ private slots:
             {Paths::dataFilename("f.txt", "sub"), data + "/sub/f.txt"},
             {Paths::userSettingsFilename("L.ini"), data + "/Settings/L.ini"},
             {Paths::logDirectory(), data + "/Logs"},
-            {Paths::fileInDirectory("/a/b", "/x/y"), "/x/y"},
+            {Paths::fileInDirectory(root + "a/b", root + "x/y"), root + "x/y"},
             {Paths::filesInDirectoryTree(m_files.path("tree")).join(' '), file},
-            {BuildOS::buildOSString(), "linux"},
-            {GetOSArchitectureBits(), QString::number(QSysInfo::WordSize)}};
+            {BuildOS::buildOSString(), windows ? "win" : "linux"},
+            {GetOSArchitectureBits(), windows ? "32" : "64"}}; // no emulation there
         for (const auto& [actual, expected] : rows)
             QCOMPARE(actual, expected);
         LogCapture log({"OSInformation"});

@@ -2,6 +2,7 @@
 #include "Common/Logging/SLog.h"
 #include "support/LogCapture.h"
 
+#include <QSslConfiguration>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -121,6 +122,25 @@ Authorization: Basic a+l5Og==
             QTRY_VERIFY_WITH_TIMEOUT(m_server->requests.join(' ').contains("Last"), patience);
             QCOMPARE(m_server->requests.filter("Next").filter("Last").size(), 1);
             QCOMPARE(m_server->requests.filter("Large").filter("Next").size(), bytes < 200'000);
+        }
+    }
+
+    // By the system's own TLS on Windows.
+    void onlyATrustedServerIsPostedTo()
+    {
+        m_settings.endpoint.setScheme("https");
+        m_settings.endpoint.setPort(qEnvironmentVariableIntValue("HTTPS_PORT"));
+        for (const char* error : {"SslHandshakeFailed", "OperationNotImplemented"}) {
+            m_log.clear();
+            SLog log(m_settings);
+            log.startLogging("key");
+            log.stopLogging();
+            QTRY_COMPARE_WITH_TIMEOUT(m_log.count("ERROR"), 2, patience);
+            QVERIFY2(m_log.contains("ERROR", error), qPrintable(m_log.lines().join('\n')));
+            QSslConfiguration known = QSslConfiguration::defaultConfiguration();
+            known.setCaCertificates(
+                QSslCertificate::fromPath(qEnvironmentVariable("HTTPS_FILES") + "/server.pem"));
+            QSslConfiguration::setDefaultConfiguration(known);
         }
     }
 

@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 
+#include <cstddef>
+#include <cwchar>
+#include <string>
 #include <windows.h>
 
 #include <dbt.h>
@@ -17,6 +20,17 @@ namespace {
 // GUID_DEVINTERFACE_USB_DEVICE
 constexpr GUID usbDeviceInterface = {
     0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
+
+// Any process can send the message: its name may lack the NUL.
+std::wstring nameIn(const DEV_BROADCAST_HDR& header)
+{
+    constexpr std::size_t nameOffset = offsetof(DEV_BROADCAST_DEVICEINTERFACE_W, dbcc_name);
+    if (header.dbch_size < nameOffset)
+        return {};
+    const auto& device = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W&>(header);
+    return {device.dbcc_name,
+            wcsnlen(device.dbcc_name, (header.dbch_size - nameOffset) / sizeof(wchar_t))};
+}
 
 } // namespace
 
@@ -61,10 +75,9 @@ bool WindowsUSBNotifier::nativeEventFilter(const QByteArray&, void* message, lon
     const auto* header = reinterpret_cast<const DEV_BROADCAST_HDR*>(nativeMessage->lParam);
     if (header == nullptr || header->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE)
         return false;
-    const auto* device = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(header);
     quint16 vid = 0;
     quint16 pid = 0;
-    if (!parseDeviceName(device->dbcc_name, vid, pid))
+    if (!parseDeviceName(nameIn(*header).c_str(), vid, pid))
         return false;
     if (event == DBT_DEVICEARRIVAL)
         emit USBAttachmentNotification(vid, pid);
