@@ -93,9 +93,11 @@ Function RemoveOlder
     ${EndIf}
     Push $5
     Call RefuseIfRunning
-    ; With this last argument it runs where it is, and is waited for.
+    ; With this last argument it runs where it is, and is waited for. If it cannot be started, $6 says nothing.
+    ClearErrors
     ExecWait '"$5\Uninstall.exe" /S /UPGRADE _?=$5' $6
-    ${If} $6 <> 0
+    ${If} ${Errors}
+    ${OrIf} $6 <> 0
         MessageBox MB_OK|MB_ICONSTOP $(olderStays) /SD IDOK
         SetErrorLevel 2
         Quit
