@@ -104,6 +104,7 @@ Function RemoveOlder
     ${EndIf}
     Delete "$5\Uninstall.exe"
     RMDir "$5"
+    RMDir "$5\.." ; Quillon, if nothing else is there
 FunctionEnd
 
 Section "-Program"
