@@ -2,7 +2,8 @@
 ; The installer, for all users. scripts/make-windows-package defines VERSION, BUILD, SIZE in KiB, ICON,
 ; OUTPUT, MADE (a folder with the lists of files) and, optionally, DRIVER and SIGN.
 ;   setup.exe [/S] [/PATH] [/D=FOLDER]    /S: silent, /PATH: the command line on PATH
-; Status: 0 done, 1 cancelled, 2 failed, 3 the program is running.
+; Status: 0 done, 1 cancelled, 2 failed, 3 the program is running, 4 done without the driver, 3010 done, and the
+; computer must be restarted.
 Target amd64-unicode
 Unicode true
 SetCompressor /SOLID lzma
@@ -140,10 +141,11 @@ Section "-Program"
     Pop $0
     ; 259: the driver that a unit has is as good. 3010: the computer must be restarted.
     ${If} $0 == 3010
-        SetRebootFlag true
+        SetErrorLevel 3010
     ${ElseIf} $0 != 0
     ${AndIf} $0 != 259
         MessageBox MB_OK|MB_ICONEXCLAMATION $(noDriver) /SD IDOK
+        SetErrorLevel 4
     ${EndIf}
 !endif
 SectionEnd
