@@ -94,11 +94,11 @@ Function RemoveOlder
     ${EndIf}
     Push $5
     Call RefuseIfRunning
-    ; With this last argument it runs where it is, and is waited for. If it cannot be started, $6 says nothing.
-    ClearErrors
+    ; With this last argument it runs where it is, and is waited for. One that is damaged, as after a full disk,
+    ; changes nothing and must not prevent a repair: the new files then replace the old ones.
+    StrCpy $6 0
     ExecWait '"$5\Uninstall.exe" /S /UPGRADE _?=$5' $6
-    ${If} ${Errors}
-    ${OrIf} $6 <> 0
+    ${If} $6 = 3
         MessageBox MB_OK|MB_ICONSTOP $(olderStays) /SD IDOK
         SetErrorLevel 2
         Quit
