@@ -34,7 +34,7 @@ packages_for() {
         windows-sdk) echo autoconf automake libtool make dpkg-dev perl python3 ;;
         # What runs Windows programs, on a screen without a monitor, and the font of their windows.
         wine) echo wine wine64 fonts-wine fonts-dejavu-core fonts-wqy-microhei locales xvfb xdotool imagemagick \
-            dbus-daemon ;;
+            dbus-daemon openssl unzip ;;
         lint) echo clang-format clang-tidy clazy cppcheck qtdeclarative5-dev-tools shellcheck ;;
         memcheck) echo valgrind ;;
         coverage) echo gcovr ;;

@@ -2,7 +2,8 @@
 ; The installer, for all users. scripts/make-windows-package defines VERSION, BUILD, SIZE in KiB, ICON,
 ; OUTPUT, MADE (a folder with the lists of files) and, optionally, DRIVER and SIGN.
 ;   setup.exe [/S] [/PATH] [/D=FOLDER]    /S: silent, /PATH: the command line on PATH
-; Status: 0 done, 1 cancelled, 2 failed, 3 the program is running.
+; Status: 0 done, 1 cancelled, 2 failed, 3 the program is running, 4 done without the driver, 3010 done, and the
+; computer must be restarted.
 Target amd64-unicode
 Unicode true
 SetCompressor /SOLID lzma
@@ -93,15 +94,18 @@ Function RemoveOlder
     ${EndIf}
     Push $5
     Call RefuseIfRunning
-    ; With this last argument it runs where it is, and is waited for.
+    ; With this last argument it runs where it is, and is waited for. One that is damaged, as after a full disk,
+    ; changes nothing and must not prevent a repair: the new files then replace the old ones.
+    StrCpy $6 0
     ExecWait '"$5\Uninstall.exe" /S /UPGRADE _?=$5' $6
-    ${If} $6 <> 0
+    ${If} $6 = 3
         MessageBox MB_OK|MB_ICONSTOP $(olderStays) /SD IDOK
         SetErrorLevel 2
         Quit
     ${EndIf}
     Delete "$5\Uninstall.exe"
     RMDir "$5"
+    RMDir "$5\.." ; Quillon, if nothing else is there
 FunctionEnd
 
 Section "-Program"
@@ -137,10 +141,11 @@ Section "-Program"
     Pop $0
     ; 259: the driver that a unit has is as good. 3010: the computer must be restarted.
     ${If} $0 == 3010
-        SetRebootFlag true
+        SetErrorLevel 3010
     ${ElseIf} $0 != 0
     ${AndIf} $0 != 259
         MessageBox MB_OK|MB_ICONEXCLAMATION $(noDriver) /SD IDOK
+        SetErrorLevel 4
     ${EndIf}
 !endif
 SectionEnd
