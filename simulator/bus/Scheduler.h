@@ -18,8 +18,7 @@ public:
     Scheduler();
     Scheduler(const Scheduler&) = delete;
     Scheduler& operator=(const Scheduler&) = delete;
-    /// As stop().
-    ~Scheduler();
+    ~Scheduler(); ///< as stop()
 
     /// Calls @p task after @p delay; tasks of the same moment keep their order. Does nothing after
     /// stop().

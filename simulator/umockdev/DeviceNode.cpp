@@ -109,7 +109,8 @@ bool DeviceNode::mayControl(const Urb& urb) const
 {
     // usbfs accepts requests to an interface from its owner only, vendor requests excepted.
     const bool toInterface = (urb.setup().bmRequestType & 0x1FU) == 1;
-    return !toInterface || urb.setup().isVendor() || m_owner == nullptr || m_owner == urb.client();
+    return !toInterface || urb.setup().type() == SetupPacket::Vendor || m_owner == nullptr ||
+           m_owner == urb.client();
 }
 
 Response DeviceNode::ask(const SetupPacket& setup, const Bytes& data)

@@ -8,9 +8,8 @@ namespace VirtualUnit {
 /// A USB bus of this process and the children that it starts: while it exists, they see this bus
 /// only below /sys and /dev, so that the real libusb finds the units. Needs no rights.
 ///
-/// The process has to run with umockdev's library preloaded (see ensurePreload()). One bus at a time.
-/// Limits: hosts can miss an arrival or an absence shorter than 100 ms. Destruction takes 200 ms if
-/// clients have a unit open.
+/// The process has to run with umockdev's library preloaded. One bus at a time. Hosts can miss an
+/// arrival or an absence shorter than 100 ms. Destruction takes 200 ms if clients have a unit open.
 class VirtualBus : public Bus
 {
 public:

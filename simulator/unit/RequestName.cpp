@@ -73,7 +73,7 @@ std::string requestName(const SetupPacket& setup, const Bytes& data)
 
 bool matchesName(const std::string& name, const SetupPacket& setup, const Bytes& data)
 {
-    const bool isDownload = setup.isClass() && setup.bRequest == Dfu::Download;
+    const bool isDownload = setup.type() == SetupPacket::Class && setup.bRequest == Dfu::Download;
     return name == "any" || (name == "dnload" ? isDownload : requestName(setup, data) == name);
 }
 

@@ -31,8 +31,6 @@ struct SetupPacket
     /// Whether the unit is asked to send data.
     bool isIn() const { return (bmRequestType & 0x80U) != 0; }
     std::uint8_t type() const { return bmRequestType & 0x60U; }
-    bool isClass() const { return type() == Class; }
-    bool isVendor() const { return type() == Vendor; }
 };
 
 } // namespace VirtualUnit

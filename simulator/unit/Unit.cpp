@@ -51,7 +51,7 @@ Response Unit::respondWithFaults(const SetupPacket& setup, const Bytes& data)
             limit = std::min<std::size_t>(limit, fault.value);
             break;
         case Fault::Action::FailStatus:
-            if (m_identity.mode == Mode::Bootloader && setup.isClass())
+            if (m_identity.mode == Mode::Bootloader && setup.type() == SetupPacket::Class)
                 m_bootloader.failNext(static_cast<Dfu::Status>(fault.value));
             else
                 instead = Response::stall();

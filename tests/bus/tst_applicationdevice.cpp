@@ -42,7 +42,7 @@ private slots:
         const AquenSolvarDevice device(record);
         QStringList sent;
         for (const VirtualUnit::TraceEntry& entry : unit->trace()) {
-            if (entry.setup.isVendor())
+            if (entry.setup.type() == VirtualUnit::SetupPacket::Vendor)
                 sent << QStringLiteral("%1 %2").arg(entry.name.c_str()).arg(entry.setup.wLength);
         }
         QTEST(sent.join(", "), "requests");
