@@ -137,11 +137,6 @@ Mode Unit::mode() const
     return m_identity.mode;
 }
 
-std::uint16_t Unit::productId() const
-{
-    return Descriptors::productId(m_identity.kind, mode());
-}
-
 ImageInfo Unit::image() const
 {
     m_bootloader.settle(m_now());

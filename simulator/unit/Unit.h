@@ -66,7 +66,7 @@ public:
     // For tests and demos.
 
     Mode mode() const;
-    std::uint16_t productId() const;
+    std::uint16_t productId() const { return Descriptors::productId(m_identity.kind, mode()); }
     /// The version of the valid image in the flash; empty when there is none.
     std::string firmwareVersion() const;
 
