@@ -193,8 +193,11 @@ void tst_faultmatrix::meetFault(unsigned request, Action action, const QString& 
     }
     m_bus.unplugAll();
     QVERIFY(waitFor([&] { return listed().isEmpty(); }));
-    // The handle of a unit that leaves while it is set up is left open: libusb would abort.
-    const bool mayLeak = m_descriptors < 0 || (isGone && shown == startFailed);
+    // The handle of a unit that leaves while it is set up is left open: libusb would abort. A unit
+    // that waits to be manifested leaves after the first request of its next set-up.
+    const bool leftInSetUp = (isGone && shown == startFailed) ||
+                             (request == manifest && all.mid(1).contains(startFailed));
+    const bool mayLeak = m_descriptors < 0 || leftInSetUp;
     QVERIFY(mayLeak || waitFor([&] { return openDescriptors() <= m_descriptors; }));
     m_descriptors = openDescriptors();
 }
