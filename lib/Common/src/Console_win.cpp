@@ -19,10 +19,14 @@ std::atomic<int>& interrupts()
 }
 
 // On a thread of the system's.
-BOOL WINAPI countInterrupt(DWORD)
+BOOL WINAPI countInterrupt(DWORD event)
 {
     if (++interrupts() > 1)
         ExitProcess(128 + SIGINT);
+    // When the console is closed, the system ends the process as soon as this returns, or after five
+    // seconds: until then the main thread can end it in good order.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
     return TRUE;
 }
 
