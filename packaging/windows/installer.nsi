@@ -134,6 +134,7 @@ Section "-Program"
     WriteRegDWORD HKLM "${UNINSTALL}" EstimatedSize ${SIZE}
     WriteRegDWORD HKLM "${UNINSTALL}" NoModify 1
     WriteRegDWORD HKLM "${UNINSTALL}" NoRepair 1
+    DeleteRegValue HKLM "${UNINSTALL}" CommandLine ; an earlier choice
 !ifdef DRIVER
     SetOutPath "$INSTDIR\driver"
     File /r "${DRIVER}/*"
