@@ -15,10 +15,8 @@ RequestExecutionLevel admin
 !include MUI2.nsh
 !include FileFunc.nsh
 !include LogicLib.nsh
-!ifdef DRIVER
 !include StrFunc.nsh
 ${Using:StrFunc} UnStrStr
-!endif
 
 !define PROGRAM "Aquen/Solvar Updater"
 !define SHORTCUT "$SMPROGRAMS\Aquen Solvar Updater.lnk"
@@ -137,7 +135,9 @@ Section "-Program"
     DeleteRegValue HKLM "${UNINSTALL}" CommandLine ; an earlier choice
 !ifdef DRIVER
     SetOutPath "$INSTDIR\driver"
-    File /r "${DRIVER}/*"
+    File "${DRIVER}/aquen-solvar.inf"
+    File "${DRIVER}/aquen-solvar.cat"
+    WriteRegDWORD HKLM "${UNINSTALL}" Driver 1
     nsExec::Exec '"$SYSDIR\pnputil.exe" /add-driver "$INSTDIR\driver\aquen-solvar.inf" /install'
     Pop $0
     ; 259: the driver that a unit has is as good. 3010: the computer must be restarted.
@@ -172,7 +172,6 @@ Function .onInit
     ${EndIf}
 FunctionEnd
 
-!ifdef DRIVER
 ; The system keeps the INF under a name of its own, oemN.inf, which names our catalogue.
 Function un.RemoveDriver
     FindFirst $0 $1 "$WINDIR\INF\oem*.inf"
@@ -195,9 +194,7 @@ Function un.RemoveDriver
         FindNext $0 $1
     ${Loop}
     FindClose $0
-    RMDir /r "$INSTDIR\driver"
 FunctionEnd
-!endif
 
 Section Uninstall
     SetRegView 64
@@ -207,13 +204,17 @@ Section Uninstall
     Call un.RemoveFromPath
     Delete "${SHORTCUT}"
     !include "${MADE}/uninstall.nsh"
+    Delete "$INSTDIR\driver\aquen-solvar.inf"
+    Delete "$INSTDIR\driver\aquen-solvar.cat"
+    RMDir "$INSTDIR\driver"
     ${GetParameters} $R1
     ClearErrors
     ${GetOptions} $R1 "/UPGRADE" $R2
     ${If} ${Errors}
-!ifdef DRIVER
-        Call un.RemoveDriver
-!endif
+        ReadRegDWORD $R3 HKLM "${UNINSTALL}" Driver ; which an older version may have added
+        ${If} $R3 = 1
+            Call un.RemoveDriver
+        ${EndIf}
         DeleteRegKey HKLM "${UNINSTALL}"
         ; What the program keeps for speed, of the person who removes it.
         SetShellVarContext current
