@@ -83,6 +83,13 @@ FunctionEnd
 !insertmacro RefuseWhileRunning ""
 !insertmacro RefuseWhileRunning "un."
 
+; Waits until no other one installs or uninstalls, at most ten minutes. The next one's turn comes when this one
+; ends.
+!macro WaitForTurn
+    System::Call 'kernel32::CreateMutexW(p 0, i 0, w "Global\AquenSolvarUpdaterSetup") p .r0'
+    System::Call 'kernel32::WaitForSingleObject(p r0, i 600000)'
+!macroend
+
 ; Removes the version that is installed, wherever it is; bundles that a person added stay.
 Function RemoveOlder
     ReadRegStr $5 HKLM "${UNINSTALL}" InstallLocation
@@ -107,6 +114,7 @@ Function RemoveOlder
 FunctionEnd
 
 Section "-Program"
+    !insertmacro WaitForTurn
     SetRegView 64
     SetShellVarContext all
     Push $INSTDIR
@@ -197,6 +205,14 @@ Function un.RemoveDriver
 FunctionEnd
 
 Section Uninstall
+    ${GetParameters} $R1
+    ClearErrors
+    ${GetOptions} $R1 "/UPGRADE" $R2
+    StrCpy $R4 upgrade ; it is the turn of the installer, which waits for this one
+    ${If} ${Errors}
+        StrCpy $R4 ""
+        !insertmacro WaitForTurn
+    ${EndIf}
     SetRegView 64
     SetShellVarContext all
     Push $INSTDIR
@@ -207,10 +223,7 @@ Section Uninstall
     Delete "$INSTDIR\driver\aquen-solvar.inf"
     Delete "$INSTDIR\driver\aquen-solvar.cat"
     RMDir "$INSTDIR\driver"
-    ${GetParameters} $R1
-    ClearErrors
-    ${GetOptions} $R1 "/UPGRADE" $R2
-    ${If} ${Errors}
+    ${If} $R4 == ""
         ReadRegDWORD $R3 HKLM "${UNINSTALL}" Driver ; which an older version may have added
         ${If} $R3 = 1
             Call un.RemoveDriver
