@@ -28,8 +28,9 @@ set(ENV{PKG_CONFIG_LIBDIR} "${ASU_WINDOWS_SDK}/lib/pkgconfig")
 file(GLOB asu_linguist_tools /usr/lib/*/cmake/Qt5LinguistTools)
 set(Qt5LinguistTools_DIR "${asu_linguist_tools}" CACHE PATH "The host's Qt5LinguistTools")
 
+file(RELATIVE_PATH asu_relative_sdk "${CMAKE_BINARY_DIR}" "${ASU_WINDOWS_SDK}")
 set_property(GLOBAL PROPERTY RULE_LAUNCH_LINK
-    "\"${CMAKE_CURRENT_LIST_DIR}/link-relative\" \"${ASU_WINDOWS_SDK}\"")
+    "\"${CMAKE_CURRENT_LIST_DIR}/link-relative\" \"${ASU_WINDOWS_SDK}\" \"${asu_relative_sdk}\"")
 
 # CTest runs programs with it.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/under-wine;${CMAKE_BINARY_DIR};${ASU_WINDOWS_SDK}")
