@@ -50,8 +50,8 @@ ConsoleOutput::ConsoleOutput()
             unconnected.push_back(stream);
     }
     if (!unconnected.empty() && AttachConsole(ATTACH_PARENT_PROCESS)) {
-        // Where that fails, what is printed has no reader. The mode of a console can only be asked for
-        // where it may also be read.
+        // Where that fails, what is printed has no reader. The mode of a console can only be asked
+        // for where it may also be read.
         for (FILE* stream : unconnected)
             static_cast<void>(std::freopen("CONOUT$", "w+", stream));
     }

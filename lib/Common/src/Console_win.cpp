@@ -23,8 +23,8 @@ BOOL WINAPI countInterrupt(DWORD event)
 {
     if (++interrupts() > 1)
         ExitProcess(128 + SIGINT);
-    // When the console is closed, the system ends the process as soon as this returns, or after five
-    // seconds: until then the main thread can end it in good order.
+    // When the console is closed, the system ends the process as soon as this returns, or after
+    // five seconds: until then the main thread can end it in good order.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
         Sleep(INFINITE);
     return TRUE;
