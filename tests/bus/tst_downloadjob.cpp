@@ -182,8 +182,10 @@ void tst_downloadjob::refusals()
     device->parseInterfaceString("@Another setting/0x10000000/1*1Kg");
     QCOMPARE(device->segmentForAddress(0x08003800).pageSize, 2048U);
     device->close();
-    m_unit->adjust([](Overrides& overrides) { overrides.layout = "@F/0x08000000/9*0Ka,1*1Kg"; });
+    m_unit->adjust([](Overrides& overrides) { overrides.layout = "@\n/0x08000000/9*0Ka,1*1Kg"; });
+    const LogCapture log({"USBDevice"});
     QCOMPARE(run("image", open()), "error Failed to erase flash.");
+    QVERIFY(log.contains("DEBUG", "\"@\\n/0x08000000/")); // on one line
     // An empty download would start the unfinished firmware.
     m_unit->adjust([](Overrides& overrides) { overrides.transferSize = 0; });
     QCOMPARE(run("image", open()), "error Failed to upload firmware data.");

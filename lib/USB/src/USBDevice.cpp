@@ -213,9 +213,12 @@ QString USBDevice::getStringDescriptor(quint8 index)
     QByteArray buffer(stringBufferSize, '\0');
     const int result = libusb_get_string_descriptor_ascii(
         m_handle.get(), index, reinterpret_cast<unsigned char*>(buffer.data()), stringBufferSize);
-    QLOG_DEBUG() << "String descriptor" << index << ":" << result << buffer.constData();
+    const auto length = qstrnlen(buffer.constData(), uint(buffer.size()));
+    const QString text = QString::fromLatin1(buffer.constData(), int(length));
+    // As a text object, whose control characters the log escapes: it comes from the device.
+    QLOG_DEBUG() << "String descriptor" << index << ":" << result << text;
     checkError(result, tr("Could not get string descriptor: %1"));
-    return QString::fromLatin1(buffer.constData(), int(qstrnlen(buffer.constData(), 1024)));
+    return text;
 }
 
 void USBDevice::run()
