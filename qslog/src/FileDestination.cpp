@@ -16,7 +16,7 @@ FileDestination::FileDestination(const QString& path)
     : m_path(path)
 {
     open();
-    setFailing(!m_stream);
+    setFailing(!m_file->isOpen());
 }
 
 FileDestination::~FileDestination()
@@ -26,12 +26,8 @@ FileDestination::~FileDestination()
 
 void FileDestination::open()
 {
-    m_stream.reset();
-    m_file = std::make_shared<QFile>(m_path);
-    if (!openLogFile(*m_file))
-        return;
-    m_stream = std::make_shared<QTextStream>(m_file.get());
-    m_stream->setCodec("UTF-8");
+    m_file = std::make_unique<QFile>(m_path);
+    openLogFile(*m_file);
 }
 
 void FileDestination::write(const QString& message, Level)
@@ -43,20 +39,13 @@ void FileDestination::write(const QString& message, Level)
 
 bool FileDestination::writeLocked(const QString& line)
 {
-    if (!m_stream)
+    if (!m_file->isOpen())
         open();
-    if (!m_stream)
-        return false;
-    if (m_maxSize > 0 && m_file->size() > m_maxSize)
+    if (m_file->isOpen() && m_maxSize > 0 && m_file->size() > m_maxSize)
         rotateLocked();
-    if (!m_stream)
-        return false;
-    *m_stream << line << '\n';
-    m_stream->flush();
-    const bool isWritten = m_stream->status() == QTextStream::Ok;
-    // A stream keeps its error and then refuses every later line: one full disk would silence it.
-    m_stream->resetStatus();
-    return isWritten;
+    // Not by a text stream, whose codec is gone while the process ends.
+    const QByteArray bytes = line.toUtf8() + '\n';
+    return m_file->isOpen() && m_file->write(bytes) == bytes.size();
 }
 
 void FileDestination::setFailing(bool failing)

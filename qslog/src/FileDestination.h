@@ -4,7 +4,6 @@
 #include "qslog/Destination.h"
 
 #include <QFile>
-#include <QTextStream>
 
 namespace QsLogging {
 
@@ -41,8 +40,7 @@ private:
     void setFailing(bool failing);
 
     QString m_path;
-    std::shared_ptr<QFile> m_file;
-    std::shared_ptr<QTextStream> m_stream;
+    std::unique_ptr<QFile> m_file;
     qint64 m_maxSize = -1;
     bool m_failing = false;
 };

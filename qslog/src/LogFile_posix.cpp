@@ -5,7 +5,8 @@ namespace QsLogging {
 
 bool openLogFile(QFile& file)
 {
-    return file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
+    return file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text |
+                     QIODevice::Unbuffered);
 }
 
 } // namespace QsLogging

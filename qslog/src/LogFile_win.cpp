@@ -23,7 +23,9 @@ bool openLogFile(QFile& file)
         CloseHandle(handle);
         return false;
     }
-    if (file.open(descriptor, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text,
+    if (file.open(descriptor,
+                  QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text |
+                      QIODevice::Unbuffered,
                   QFileDevice::AutoCloseHandle))
         return true;
     _close(descriptor);

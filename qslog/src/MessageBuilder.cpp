@@ -27,6 +27,16 @@ QString levelText(Level level)
     return QString::fromLatin1(levelTexts[static_cast<qint32>(known ? level : Level::Info)]);
 }
 
+// Local time. Not by QDateTime::toString(), whose calendars are gone while the process ends.
+QString timestampText()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDate date = now.date();
+    const QTime time = now.time();
+    return QString::asprintf("%04d-%02d-%02dT%02d:%02d:%02d.%03d", date.year(), date.month(),
+                             date.day(), time.hour(), time.minute(), time.second(), time.msec());
+}
+
 } // namespace
 
 MessageBuilder::MessageBuilder(Level level, const QString& loggerName)
@@ -47,11 +57,9 @@ MessageBuilder::MessageBuilder(Level level, const char* file, int line, const ch
 
 MessageBuilder::~MessageBuilder()
 {
-    const QString timestamp =
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzz"));
     const QString line = QStringLiteral("%1 \x1b[0;37m%2\x1b[0m %3")
                              .arg(levelText(m_level), 5)
-                             .arg(timestamp, m_buffer);
+                             .arg(timestampText(), m_buffer);
     getLogger(m_loggerName)->dispatch(line, m_level);
 }
 

@@ -27,6 +27,12 @@
 using Common::IniDocument;
 using namespace QsLogging;
 
+// Logs after the program's objects and the framework's are gone; a crash fails the program.
+static const struct AtEnd
+{
+    ~AtEnd() { MessageBuilder(Level::Info, "atEnd").stream() << QStringLiteral("\u6d17"); }
+} atEnd;
+
 // What the action writes to the system's diagnostic channel.
 #ifdef Q_OS_LINUX
 static QString consoleOf(const std::function<void()>& action)
@@ -85,6 +91,8 @@ private slots:
     void initTestCase()
     {
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+        getLogger("atEnd")->setLoggingLevel(Level::Info);
+        getLogger("atEnd")->addDestination(fileDestinationFor(m_files.path("atEnd.log")));
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
             debugMessages << text;
         });
