@@ -214,7 +214,7 @@ QString USBDevice::getStringDescriptor(quint8 index)
     const int result = libusb_get_string_descriptor_ascii(
         m_handle.get(), index, reinterpret_cast<unsigned char*>(buffer.data()), stringBufferSize);
     const auto length = qstrnlen(buffer.constData(), uint(buffer.size()));
-    const QString text = QString::fromLatin1(buffer.constData(), int(length));
+    QString text = QString::fromLatin1(buffer.constData(), int(length));
     // As a text object, whose control characters the log escapes: it comes from the device.
     QLOG_DEBUG() << "String descriptor" << index << ":" << result << text;
     checkError(result, tr("Could not get string descriptor: %1"));
