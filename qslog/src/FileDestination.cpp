@@ -45,7 +45,7 @@ bool FileDestination::writeLocked(const QString& line)
         rotateLocked();
     // Not by a text stream, whose codec is gone while the process ends.
     const QByteArray bytes = line.toUtf8() + '\n';
-    return m_file->isOpen() && m_file->write(bytes) == bytes.size();
+    return m_file->isOpen() && m_file->write(bytes) == bytes.size() && m_file->flush();
 }
 
 void FileDestination::setFailing(bool failing)

@@ -17,8 +17,9 @@ public:
     explicit FileDestination(const QString& path);
     ~FileDestination() override;
 
-    /// Writes and flushes one line. A line is lost if the file cannot be opened or a full disk
-    /// refuses it; the next one tries again.
+    /// Writes and flushes one line; the next one tries again if that fails. A line is lost if the
+    /// file cannot be opened. Those that a full disk refuses wait in a buffer of 16 KiB, and are
+    /// lost if it is full too.
     void write(const QString& message, Level level) override;
 
     /// True when the file is open.

@@ -5,8 +5,7 @@ namespace QsLogging {
 
 bool openLogFile(QFile& file)
 {
-    return file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text |
-                     QIODevice::Unbuffered);
+    return file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text);
 }
 
 } // namespace QsLogging

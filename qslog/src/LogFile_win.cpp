@@ -23,9 +23,7 @@ bool openLogFile(QFile& file)
         CloseHandle(handle);
         return false;
     }
-    if (file.open(descriptor,
-                  QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text |
-                      QIODevice::Unbuffered,
+    if (file.open(descriptor, QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text,
                   QFileDevice::AutoCloseHandle))
         return true;
     _close(descriptor);
